@@ -1,0 +1,97 @@
+/* zelcore: the C interface of libzelcore.so.1, for collector plugins and hosts.
+ * Valid C99 and C++; every function returns a zelStatusCode unless noted. */
+#ifndef ZELCORE_H
+#define ZELCORE_H
+
+#include <stdint.h>
+
+#define ZEL_API __attribute__((visibility("default")))
+
+#ifdef __cplusplus
+#define ZEL_BEGIN_DECL extern "C" {
+#define ZEL_END_DECL }
+#else
+#define ZEL_BEGIN_DECL
+#define ZEL_END_DECL
+#endif
+
+/* Status codes: fixed values, compared against by plugins. */
+typedef enum zelStatusCode {
+#define ZEL_STATUS(name, value) name = value,
+#include "zelStatus.def"
+#undef ZEL_STATUS
+} zelStatusCode;
+
+/* Log severities: smaller is more severe; zelLogMemoryOnly is kept, never written. */
+typedef enum zelLogSeverity {
+  zelLogError = 0,
+  zelLogWarning = 1,
+  zelLogStatus = 2,
+  zelLogDebug = 3,
+  zelLogVerbose = 4,
+  zelLogMemoryOnly = 100
+} zelLogSeverity;
+
+#ifdef __cplusplus
+class TCIMDateTime;
+class TCIMReference;
+class TCPluginCallbacks;
+class IPlugin;
+struct zelCIMValueArray;
+struct zelIOHandle;
+#else
+typedef struct TCIMDateTime TCIMDateTime;
+typedef struct TCIMReference TCIMReference;
+typedef struct TCPluginCallbacks TCPluginCallbacks;
+typedef struct IPlugin IPlugin;
+typedef struct zelCIMValueArray zelCIMValueArray;
+typedef struct zelIOHandle zelIOHandle;
+#endif
+
+ZEL_BEGIN_DECL
+
+/* Names of the status codes, indexed by code (zelStatusEnd + 1 entries). */
+ZEL_API extern const char* const kZELErrorMessages[];
+
+/* Does nothing; kept for hosts that call it. */
+ZEL_API void CoreInit(void);
+/* The name of a status code; the code must be one the library produced (no range check). */
+ZEL_API const char* zelTranslateStatusCode(zelStatusCode code);
+
+/* Value arrays: a growable list of values of any CIM type, owned by the caller. */
+ZEL_API zelStatusCode zelNewCIMValueArray(zelCIMValueArray** pArray);
+ZEL_API zelStatusCode zelDeleteCIMValueArray(zelCIMValueArray* pArray);
+ZEL_API zelStatusCode zelArrayAddBoolean(zelCIMValueArray* pArray, int32_t value);
+ZEL_API zelStatusCode zelArrayAddUint8(zelCIMValueArray* pArray, uint8_t value);
+ZEL_API zelStatusCode zelArrayAddSint8(zelCIMValueArray* pArray, int8_t value);
+ZEL_API zelStatusCode zelArrayAddUint16(zelCIMValueArray* pArray, uint16_t value);
+ZEL_API zelStatusCode zelArrayAddSint16(zelCIMValueArray* pArray, int16_t value);
+ZEL_API zelStatusCode zelArrayAddUint32(zelCIMValueArray* pArray, uint32_t value);
+ZEL_API zelStatusCode zelArrayAddSint32(zelCIMValueArray* pArray, int32_t value);
+ZEL_API zelStatusCode zelArrayAddUint64(zelCIMValueArray* pArray, uint64_t value);
+ZEL_API zelStatusCode zelArrayAddSint64(zelCIMValueArray* pArray, int64_t value);
+/* The string is copied. */
+ZEL_API zelStatusCode zelArrayAddString(zelCIMValueArray* pArray, const char* value);
+ZEL_API zelStatusCode zelArrayAddReference(zelCIMValueArray* pArray, TCIMReference* value);
+ZEL_API zelStatusCode zelArrayAddDateTime(zelCIMValueArray* pArray, TCIMDateTime* value);
+
+/* Date-times: allocated NULL, filled by the setters (zelStatusInvalidDateTime on bad fields). */
+ZEL_API zelStatusCode zelNewCIMDateTime(TCIMDateTime** dt);
+ZEL_API zelStatusCode zelGetLocalTime(TCIMDateTime* dt);
+ZEL_API zelStatusCode zelDeleteCIMDateTime(TCIMDateTime* dt);
+ZEL_API zelStatusCode zelSetDateTime(TCIMDateTime* dt, unsigned short year, unsigned short month,
+                                     unsigned int day, unsigned short hour, unsigned short minute,
+                                     unsigned short second, unsigned int microseconds,
+                                     short utcOffset);
+ZEL_API zelStatusCode zelSetDateTimeInterval(TCIMDateTime* dt, unsigned int days,
+                                             unsigned short hours, unsigned short minutes,
+                                             unsigned short seconds, unsigned int microseconds);
+/* str is a 25-character CIM datetime, e.g. "20031107153000.000000-300". */
+ZEL_API zelStatusCode zelSetDateTimeString(TCIMDateTime* dt, const char* str);
+
+/* Writes one log line; handle is the plugin's own handle, or NULL for the core. */
+ZEL_API void zelWriteLog(TCPluginCallbacks* handle, zelLogSeverity severity, const char* text);
+
+ZEL_END_DECL
+
+#endif /* ZELCORE_H */

@@ -1,0 +1,32 @@
+# Shared by the scripts: installing the build's dependencies and configuring a build dir.
+
+ZEL_PACKAGES="cmake ninja-build g++ clang pkg-config libgtest-dev libgmock-dev libbenchmark-dev
+zlib1g-dev libboost-dev libexpat1-dev libcurl4 nlohmann-json3-dev"
+
+# Installs the packages that are missing; quiet and quick when all are there.
+zel_install_deps() {
+  local missing=()
+  for p in $ZEL_PACKAGES; do
+    dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "ok installed" || missing+=("$p")
+  done
+  if [ ${#missing[@]} -gt 0 ]; then
+    echo "== installing: ${missing[*]}"
+    if [ "$(id -u)" != 0 ]; then
+      echo "missing packages and not root: install ${missing[*]}" >&2
+      return 1
+    fi
+    apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "${missing[@]}" >/dev/null
+  fi
+}
+
+# zel_build DIR [cmake options...]: configures once, then builds incrementally.
+zel_build() {
+  local dir=$1
+  shift
+  if [ ! -f "$dir/build.ninja" ]; then
+    cmake -S . -B "$dir" -G Ninja "$@" >/dev/null
+  fi
+  echo "== building $dir"
+  cmake --build "$dir" -j "$(nproc)"
+}

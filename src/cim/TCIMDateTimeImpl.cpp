@@ -1,0 +1,257 @@
+// TCIMDateTimeImpl: the 25-character CIM datetime form, validation through the platform's
+// local-time conversion, the readable forms, comparison and arithmetic in microseconds.
+#include "TCIMDateTimeImpl.h"
+
+#include "TZELException.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <time.h>
+
+static const int64_t kMicrosPerSecond = 1000000;
+
+[[noreturn]] static void InvalidDateTime() { throw TZELException(zelStatusInvalidDateTime); }
+
+// Converts timestamp fields as local time, the minute shifted by the UTC offset. Fields out
+// of range are normalised by mktime; only its failure makes the timestamp invalid.
+static bool TimestampToSeconds(unsigned short year, unsigned short month, unsigned int day,
+                               unsigned short hour, unsigned short minute, unsigned short second,
+                               short utcOffset, time_t& seconds) {
+  struct tm fields = tm();
+  fields.tm_year = year - 1900;
+  fields.tm_mon = month - 1;
+  fields.tm_mday = static_cast<int>(day);
+  fields.tm_hour = hour;
+  fields.tm_min = minute - utcOffset;
+  fields.tm_sec = second;
+  fields.tm_isdst = 0;
+  seconds = mktime(&fields);
+  return seconds != static_cast<time_t>(-1);
+}
+
+// Reads count decimal digits, already checked to be digits.
+static unsigned long Digits(char const* text, int count) {
+  unsigned long value = 0;
+  for (int i = 0; i < count; ++i)
+    value = value * 10 + static_cast<unsigned long>(text[i] - '0');
+  return value;
+}
+
+// "1 day " or "n days ", for the non-zero parts of an interval.
+static void AppendPart(std::string& out, unsigned long count, char const* unit) {
+  if (count == 0)
+    return;
+  char buffer[64];
+  std::snprintf(buffer, sizeof buffer, "%lu %s%s ", count, unit, count == 1 ? "" : "s");
+  out += buffer;
+}
+
+TCIMDateTimeImpl::TCIMDateTimeImpl()
+    : fNull(true), fYear(0), fMonth(0), fDay(0), fHour(0), fMinute(0), fSecond(0),
+      fMicroSeconds(0), fUTCOffset(0), fInterval(false), fPrecision(false) {}
+
+void TCIMDateTimeImpl::Set(unsigned short year, unsigned short month, unsigned int day,
+                           unsigned short hour, unsigned short minute, unsigned short second,
+                           unsigned int microseconds, short utcOffset) {
+  time_t seconds;
+  if (!TimestampToSeconds(year, month, day, hour, minute, second, utcOffset, seconds))
+    InvalidDateTime();
+  fYear = year;
+  fMonth = month;
+  fDay = day;
+  fHour = hour;
+  fMinute = minute;
+  fSecond = second;
+  fMicroSeconds = microseconds;
+  fUTCOffset = utcOffset;
+  fInterval = false;
+  fNull = false;
+}
+
+void TCIMDateTimeImpl::Set(unsigned int days, unsigned short hours, unsigned short minutes,
+                           unsigned short seconds, unsigned int microseconds) {
+  if (hours > 23 || minutes > 59 || seconds > 59 || microseconds >= 1000000)
+    InvalidDateTime();
+  fDay = days;
+  fHour = hours;
+  fMinute = minutes;
+  fSecond = seconds;
+  fMicroSeconds = microseconds;
+  fInterval = true;
+  fNull = false;
+}
+
+void TCIMDateTimeImpl::Set(std::string const& text) {
+  if (text.size() != 25 || text[14] != '.')
+    InvalidDateTime();
+  for (int i = 0; i < 25; ++i)
+    if (i != 14 && i != 21 && (text[i] < '0' || text[i] > '9'))
+      InvalidDateTime();
+
+  char const* s = text.c_str();
+  unsigned short hour = static_cast<unsigned short>(Digits(s + 8, 2));
+  unsigned short minute = static_cast<unsigned short>(Digits(s + 10, 2));
+  unsigned short second = static_cast<unsigned short>(Digits(s + 12, 2));
+  unsigned int micro = static_cast<unsigned int>(Digits(s + 15, 6));
+  unsigned long tail = Digits(s + 22, 3);
+  switch (text[21]) {
+  case ':':
+    if (tail != 0)
+      InvalidDateTime();
+    Set(static_cast<unsigned int>(Digits(s, 8)), hour, minute, second, micro);
+    return;
+  case '+':
+  case '-': {
+    short offset = static_cast<short>(text[21] == '-' ? -static_cast<long>(tail) : tail);
+    Set(static_cast<unsigned short>(Digits(s, 4)), static_cast<unsigned short>(Digits(s + 4, 2)),
+        static_cast<unsigned int>(Digits(s + 6, 2)), hour, minute, second, micro, offset);
+    return;
+  }
+  default:
+    InvalidDateTime();
+  }
+}
+
+std::string TCIMDateTimeImpl::ToString() const {
+  if (fNull)
+    InvalidDateTime();
+  char buffer[64];
+  if (fInterval)
+    std::snprintf(buffer, sizeof buffer, "%08u%02u%02u%02u.%06u:000", fDay, fHour, fMinute,
+                  fSecond, fMicroSeconds);
+  else
+    std::snprintf(buffer, sizeof buffer, "%04u%02u%02u%02u%02u%02u.%06u%c%03d", fYear, fMonth,
+                  fDay, fHour, fMinute, fSecond, fMicroSeconds, fUTCOffset < 0 ? '-' : '+',
+                  std::abs(static_cast<int>(fUTCOffset)));
+  return buffer;
+}
+
+std::string TCIMDateTimeImpl::ToUIString() const {
+  if (fNull)
+    InvalidDateTime();
+  if (fInterval) {
+    std::string out;
+    AppendPart(out, fDay, "day");
+    AppendPart(out, fHour, "hour");
+    AppendPart(out, fMinute, "minute");
+    AppendPart(out, fSecond, "second");
+    AppendPart(out, fMicroSeconds / 1000, "millisecond");
+    AppendPart(out, fMicroSeconds % 1000, "microsecond");
+    return out;
+  }
+  char buffer[64];
+  if (fPrecision)
+    std::snprintf(buffer, sizeof buffer, "%02u/%02u/%04u ", fMonth, fDay, fYear);
+  else
+    std::snprintf(buffer, sizeof buffer, "%02u/%02u/%04u %02u:%02u:%02u", fMonth, fDay, fYear,
+                  fHour, fMinute, fSecond);
+  return buffer;
+}
+
+std::string TCIMDateTimeImpl::ToAbbrUIString() const {
+  if (fNull)
+    InvalidDateTime();
+  // A timestamp's day of the month is read as days, as for an interval.
+  char buffer[64];
+  std::snprintf(buffer, sizeof buffer, "%02llu:%02u:%02u.%03u",
+                static_cast<unsigned long long>(fDay) * 24 + fHour, fMinute, fSecond,
+                fMicroSeconds / 1000);
+  return buffer;
+}
+
+int64_t TCIMDateTimeImpl::IntervalMicroseconds() const {
+  int64_t seconds = static_cast<int64_t>(fDay) * 86400 + fHour * 3600 + fMinute * 60 + fSecond;
+  return seconds * kMicrosPerSecond + fMicroSeconds;
+}
+
+int64_t TCIMDateTimeImpl::InstantMicroseconds() const {
+  time_t seconds;
+  if (!TimestampToSeconds(fYear, fMonth, fDay, fHour, fMinute, fSecond, fUTCOffset, seconds))
+    InvalidDateTime();
+  return static_cast<int64_t>(seconds) * kMicrosPerSecond + fMicroSeconds;
+}
+
+void TCIMDateTimeImpl::SetIntervalFromMicroseconds(int64_t total) {
+  int64_t seconds = total / kMicrosPerSecond;
+  fMicroSeconds = static_cast<unsigned int>(total % kMicrosPerSecond);
+  fSecond = static_cast<unsigned short>(seconds % 60);
+  fMinute = static_cast<unsigned short>(seconds / 60 % 60);
+  fHour = static_cast<unsigned short>(seconds / 3600 % 24);
+  fDay = static_cast<unsigned int>(seconds / 86400);
+  fInterval = true;
+  fNull = false;
+}
+
+// The instant was shifted by the offset when converted; shift it back so the result reads
+// in the same terms as its operand.
+void TCIMDateTimeImpl::SetTimestampFromMicroseconds(int64_t instant, short utcOffset) {
+  int64_t micros = instant % kMicrosPerSecond;
+  int64_t seconds = instant / kMicrosPerSecond;
+  if (micros < 0) {
+    micros += kMicrosPerSecond;
+    --seconds;
+  }
+  time_t shifted = static_cast<time_t>(seconds + utcOffset * 60);
+  struct tm fields;
+  if (!localtime_r(&shifted, &fields))
+    InvalidDateTime();
+  fYear = static_cast<unsigned short>(fields.tm_year + 1900);
+  fMonth = static_cast<unsigned short>(fields.tm_mon + 1);
+  fDay = static_cast<unsigned int>(fields.tm_mday);
+  fHour = static_cast<unsigned short>(fields.tm_hour);
+  fMinute = static_cast<unsigned short>(fields.tm_min);
+  fSecond = static_cast<unsigned short>(fields.tm_sec);
+  fMicroSeconds = static_cast<unsigned int>(micros);
+  fUTCOffset = utcOffset;
+  fInterval = false;
+  fNull = false;
+}
+
+bool TCIMDateTimeImpl::operator==(TCIMDateTimeImpl const& other) const {
+  if (fNull || other.fNull || fInterval != other.fInterval)
+    InvalidDateTime();
+  if (fInterval)
+    return IntervalMicroseconds() == other.IntervalMicroseconds();
+  return InstantMicroseconds() == other.InstantMicroseconds();
+}
+
+bool TCIMDateTimeImpl::operator<(TCIMDateTimeImpl const& other) const {
+  if (fNull || other.fNull || fInterval != other.fInterval)
+    InvalidDateTime();
+  if (fInterval)
+    return IntervalMicroseconds() < other.IntervalMicroseconds();
+  return InstantMicroseconds() < other.InstantMicroseconds();
+}
+
+void TCIMDateTimeImpl::Add(TCIMDateTimeImpl const& left, TCIMDateTimeImpl const& right) {
+  if (left.fNull || right.fNull)
+    InvalidDateTime();
+  if (left.fInterval && right.fInterval) {
+    SetIntervalFromMicroseconds(left.IntervalMicroseconds() + right.IntervalMicroseconds());
+  } else if (!left.fInterval && !right.fInterval) {
+    InvalidDateTime();
+  } else {
+    TCIMDateTimeImpl const& stamp = left.fInterval ? right : left;
+    TCIMDateTimeImpl const& span = left.fInterval ? left : right;
+    SetTimestampFromMicroseconds(stamp.InstantMicroseconds() + span.IntervalMicroseconds(),
+                                 stamp.fUTCOffset);
+  }
+}
+
+void TCIMDateTimeImpl::Subtract(TCIMDateTimeImpl const& left, TCIMDateTimeImpl const& right) {
+  if (left.fNull || right.fNull)
+    InvalidDateTime();
+  if (left.fInterval && right.fInterval) {
+    int64_t difference = left.IntervalMicroseconds() - right.IntervalMicroseconds();
+    SetIntervalFromMicroseconds(difference < 0 ? -difference : difference);
+  } else if (!left.fInterval && !right.fInterval) {
+    int64_t difference = left.InstantMicroseconds() - right.InstantMicroseconds();
+    SetIntervalFromMicroseconds(difference < 0 ? -difference : difference);
+  } else if (!left.fInterval) {
+    SetTimestampFromMicroseconds(left.InstantMicroseconds() - right.IntervalMicroseconds(),
+                                 left.fUTCOffset);
+  } else {
+    // An interval minus a timestamp has no meaning.
+    InvalidDateTime();
+  }
+}

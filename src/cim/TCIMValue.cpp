@@ -1,0 +1,339 @@
+// TCIMValue: the handle that owns one value body; construction, copying, strict access,
+// printing and comparison.
+#include "TCIMValue.h"
+
+#include "TCIMValueImpl.h"
+#include "ZelLog.h"
+
+#include <algorithm>
+#include <ostream>
+#include <sstream>
+
+typedef TCIMValue::TCIMType T;
+
+// Type names by ECIMType (array bit masked off); null where a type has no name.
+static char const* const kTypeNames[16] = {
+    0,        "boolean", "uint8",  "sint8",  "uint16", "sint16", "uint32", "sint32",
+    "uint64", "sint64",  "real32", "real64", "char",   "string", "datetime", "reference"};
+
+// The names a type can be built from, in the order they are tried.
+static const T::ECIMType kNamedTypes[] = {T::kUint8,  T::kSint8,  T::kUint16,  T::kSint16,
+                                          T::kUint32, T::kSint32, T::kUint64,  T::kSint64,
+                                          T::kReal32, T::kReal64, T::kString,  T::kBoolean,
+                                          T::kDateTime};
+
+// Reads one number with stream extraction; trailing text is ignored, failures leave 0.
+template <class Native>
+static Native ExtractNumber(std::string const& text) {
+  std::istringstream in(text);
+  Native value = Native();
+  in >> value;
+  return value;
+}
+
+// ---- TCIMValue::TCIMType -------------------------------------------------------------------
+
+T::TCIMType(ECIMType type) : fType(type) {}
+
+T::TCIMType(std::string name) : fType(kNull) {
+  std::transform(name.begin(), name.end(), name.begin(), ::tolower);
+  for (ECIMType candidate : kNamedTypes) {
+    if (name == kTypeNames[candidate]) {
+      fType = candidate;
+      return;
+    }
+  }
+  throw TZELException(zelStatusTypeMismatch);
+}
+
+T::operator ECIMType() const { return fType; }
+
+std::string T::ToString() const {
+  char const* name = kTypeNames[fType & 15];
+  if (!name || (fType & ~31))
+    throw TZELException(zelStatusTypeMismatch);
+  return name;
+}
+
+std::ostream& operator<<(std::ostream& out, TCIMValue::TCIMType const& type) {
+  return out << type.ToString();
+}
+
+// ---- Construction --------------------------------------------------------------------------
+
+TCIMValue::TCIMValue() : fType(T::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {}
+
+#define ZEL_SCALAR_VALUE(native, type)                                                        \
+  TCIMValue::TCIMValue(native value)                                                        \
+      : fType(type), fBody(new TCIMNumericValueImpl(value)), fReferencedClass(0),           \
+        fMaxArraySize(0) {}                                                                 \
+  void TCIMValue::Set(native value) {                                                       \
+    fType = type;                                                                           \
+    delete fBody;                                                                           \
+    fBody = 0;                                                                              \
+    fBody = new TCIMNumericValueImpl(value);                                                \
+  }                                                                                         \
+  TCIMValue::operator native() const { return static_cast<native>(Body(type)); }
+
+ZEL_SCALAR_VALUE(bool, T::kBoolean)
+ZEL_SCALAR_VALUE(unsigned char, T::kUint8)
+ZEL_SCALAR_VALUE(signed char, T::kSint8)
+ZEL_SCALAR_VALUE(unsigned short, T::kUint16)
+ZEL_SCALAR_VALUE(short, T::kSint16)
+ZEL_SCALAR_VALUE(unsigned int, T::kUint32)
+ZEL_SCALAR_VALUE(int, T::kSint32)
+ZEL_SCALAR_VALUE(unsigned long, T::kUint64)
+ZEL_SCALAR_VALUE(long, T::kSint64)
+ZEL_SCALAR_VALUE(float, T::kReal32)
+ZEL_SCALAR_VALUE(double, T::kReal64)
+#undef ZEL_SCALAR_VALUE
+
+TCIMValue::TCIMValue(std::string const& value)
+    : fType(T::kString), fBody(new TCIMStringValueImpl(value)), fReferencedClass(0),
+      fMaxArraySize(0) {}
+
+TCIMValue::TCIMValue(char const* value)
+    : fType(T::kString), fBody(new TCIMStringValueImpl(value)), fReferencedClass(0),
+      fMaxArraySize(0) {}
+
+TCIMValue::TCIMValue(TCIMDateTime const& value)
+    : fType(T::kDateTime), fBody(new TCIMDateTimeValueImpl(value)), fReferencedClass(0),
+      fMaxArraySize(0) {}
+
+TCIMValue::TCIMValue(TCIMType type, unsigned int size)
+    : fType(type), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
+  if (size != 0) {
+    fType = static_cast<T::ECIMType>(type | T::kArray);
+    fMaxArraySize = size;
+  }
+}
+
+TCIMValue::TCIMValue(TCIMType type, unsigned int size, std::vector<TCIMValue> const& elements)
+    : fType(T::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
+  Set(type, size, elements);
+}
+
+TCIMValue::TCIMValue(TCIMType type, std::string& text, TContainer& /*container*/)
+    : fType(T::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
+  switch (static_cast<T::ECIMType>(type)) {
+  case T::kBoolean: {
+    std::istringstream in(text);
+    bool value = false;
+    in >> std::boolalpha >> value;
+    Set(value);
+    break;
+  }
+  case T::kUint8: // Read wide, then truncated to 8 bits.
+    Set(static_cast<unsigned char>(ExtractNumber<unsigned int>(text)));
+    break;
+  case T::kSint8:
+    Set(static_cast<signed char>(ExtractNumber<int>(text)));
+    break;
+  case T::kUint16:
+    Set(ExtractNumber<unsigned short>(text));
+    break;
+  case T::kSint16:
+    Set(ExtractNumber<short>(text));
+    break;
+  case T::kUint32:
+    Set(ExtractNumber<unsigned int>(text));
+    break;
+  case T::kSint32:
+    Set(ExtractNumber<int>(text));
+    break;
+  case T::kUint64:
+    Set(ExtractNumber<unsigned long>(text));
+    break;
+  case T::kSint64:
+    Set(ExtractNumber<long>(text));
+    break;
+  case T::kReal32:
+    Set(ExtractNumber<float>(text));
+    break;
+  case T::kReal64:
+    Set(ExtractNumber<double>(text));
+    break;
+  case T::kString:
+    Set(text);
+    break;
+  case T::kDateTime:
+    Set(TCIMDateTime(text));
+    break;
+  default:
+    throw TZELException(zelStatusTypeMismatch);
+  }
+}
+
+TCIMValue::TCIMValue(TCIMValue const& other)
+    : fType(T::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
+  Set(other);
+}
+
+TCIMValue::~TCIMValue() { delete fBody; }
+
+TCIMValue& TCIMValue::operator=(TCIMValue const& other) {
+  Set(other);
+  return *this;
+}
+
+// ---- Setters -------------------------------------------------------------------------------
+
+void TCIMValue::Set(std::string const& value) {
+  fType = T::kString;
+  delete fBody;
+  fBody = 0;
+  fBody = new TCIMStringValueImpl(value);
+}
+
+void TCIMValue::Set(char const* value) { Set(std::string(value)); }
+
+void TCIMValue::Set(TCIMDateTime const& value) {
+  fType = T::kDateTime;
+  delete fBody;
+  fBody = 0;
+  fBody = new TCIMDateTimeValueImpl(value);
+}
+
+void TCIMValue::Set(TCIMType type, unsigned int size, std::vector<TCIMValue> const& elements) {
+  fType = static_cast<T::ECIMType>(type | T::kArray);
+  fMaxArraySize = size; // Not checked against the number of elements.
+  delete fBody;
+  fBody = 0;
+  fBody = new TCIMArrayValueImpl(elements);
+  T elementType(static_cast<T::ECIMType>(type & ~T::kArray));
+  for (TCIMValue const& element : elements) {
+    if (element.GetType() != elementType) {
+      // The value keeps its new body: the caller sees the exception and discards it.
+      ZelFail(zelStatusInvalidProperty, "ERROR: Attempting to create array of type " +
+                                            elementType.ToString() +
+                                            ", but element is of type " +
+                                            element.GetType().ToString() + ".");
+    }
+  }
+}
+
+void TCIMValue::Set(TCIMValue const& other) {
+  if (this == &other || EqualForCopy(other))
+    return;
+  delete fBody;
+  fBody = 0;
+  fType = other.fType;
+  if (other.IsArray()) {
+    fMaxArraySize = other.fMaxArraySize;
+    if (other.fBody)
+      fBody = other.fBody->Clone();
+    return;
+  }
+  switch (static_cast<T::ECIMType>(fType)) {
+  case T::kNull:
+  case T::kChar:
+    throw TZELException(zelStatusTypeMismatch);
+  case T::kReference:
+    fReferencedClass = other.fReferencedClass;
+    break;
+  default:
+    break;
+  }
+  if (other.fBody)
+    fBody = other.fBody->Clone();
+}
+
+void TCIMValue::SetNullValue(TCIMType::ECIMType type, unsigned int size) {
+  fType = type;
+  if (type & T::kArray)
+    fMaxArraySize = size;
+  delete fBody;
+  fBody = 0;
+}
+
+// ---- Queries -------------------------------------------------------------------------------
+
+bool TCIMValue::IsNull() const { return fBody == 0; }
+T TCIMValue::GetType() const { return fType; }
+bool TCIMValue::IsArray() const { return (fType & T::kArray) != 0; }
+bool TCIMValue::IsReference() const { return fType == T::kReference; }
+unsigned int TCIMValue::GetMaxArraySize() const { return fMaxArraySize; }
+TCIMClass* TCIMValue::GetReferencedClass() const { return fReferencedClass; }
+
+void TCIMValue::SetReferencedClass(TCIMClass& referencedClass) {
+  if (fBody)
+    throw TZELException(zelStatusInvalidOpSequence);
+  fReferencedClass = &referencedClass;
+}
+
+// ---- Accessors -----------------------------------------------------------------------------
+
+TCIMValueImpl& TCIMValue::Body(T::ECIMType type) const {
+  if (!fBody)
+    throw TZELException(zelStatusValueIsNULL);
+  if (fType != type)
+    throw TZELException(zelStatusTypeMismatch);
+  return *fBody;
+}
+
+TCIMValue::operator std::string() const { return static_cast<std::string>(Body(T::kString)); }
+
+TCIMValue::operator TCIMDateTime() const {
+  return static_cast<TCIMDateTime>(Body(T::kDateTime));
+}
+
+TCIMValue::operator std::vector<TCIMValue>&() {
+  if (!fBody)
+    throw TZELException(zelStatusValueIsNULL);
+  if (!IsArray())
+    throw TZELException(zelStatusTypeMismatch);
+  return static_cast<std::vector<TCIMValue>&>(*fBody);
+}
+
+// ---- Text and comparison -------------------------------------------------------------------
+
+std::string TCIMValue::ToString(unsigned char radix) const {
+  if (!fBody)
+    throw TZELException(zelStatusValueIsNULL);
+  return fBody->ToString(radix);
+}
+
+bool TCIMValue::operator==(TCIMValue const& other) const {
+  if (!fBody && !other.fBody) {
+    if (fType != other.fType)
+      return false;
+    if (fType == T::kReference && fReferencedClass != other.fReferencedClass)
+      return false;
+    return !IsArray() || fMaxArraySize == other.fMaxArraySize;
+  }
+  if (!fBody || !other.fBody || fType != other.fType)
+    return false;
+  return *fBody == *other.fBody;
+}
+
+// Equality as the copy's shortcut: bodies that refuse to compare (a timestamp against an
+// interval) are simply different, so the copy goes ahead.
+bool TCIMValue::EqualForCopy(TCIMValue const& other) const {
+  try {
+    return *this == other;
+  } catch (TZELException&) {
+    return false;
+  }
+}
+
+bool TCIMValue::operator!=(TCIMValue const& other) const { return !(*this == other); }
+
+bool TCIMValue::operator<(TCIMValue const& other) const {
+  if (!fBody)
+    return other.fBody != 0;
+  if (!other.fBody)
+    return false;
+  if (fType != other.fType)
+    return fType < other.fType;
+  return *fBody < *other.fBody;
+}
+
+bool TCIMValue::operator>(TCIMValue const& other) const {
+  return !(*this == other) && !(*this < other);
+}
+
+bool TCIMValue::operator>=(TCIMValue const& other) const { return !(*this < other); }
+
+bool TCIMValue::operator<=(TCIMValue const& other) const {
+  return *this == other || *this < other;
+}

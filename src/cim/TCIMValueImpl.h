@@ -1,0 +1,132 @@
+// TCIMValueImpl and its five bodies: numbers, strings, date-times, references and arrays.
+// Each body yields only its own native type; every other conversion throws.
+#ifndef TCIMVALUEIMPL_H
+#define TCIMVALUEIMPL_H
+
+#include "TCIMDateTime.h"
+#include "TCIMValue.h"
+
+#include <string>
+#include <vector>
+
+#include "TCIMReference.h"
+
+class TCIMValueImpl {
+public:
+  virtual ~TCIMValueImpl();
+  virtual operator bool() const;
+  virtual operator unsigned char() const;
+  virtual operator signed char() const;
+  virtual operator unsigned short() const;
+  virtual operator short() const;
+  virtual operator unsigned int() const;
+  virtual operator int() const;
+  virtual operator unsigned long() const;
+  virtual operator long() const;
+  virtual operator float() const;
+  virtual operator double() const;
+  virtual operator std::string() const;
+  virtual operator TCIMDateTime() const;
+  virtual operator TCIMReference() const;
+  virtual operator std::vector<TCIMValue>&();
+  virtual std::string ToString(unsigned char radix) const = 0;
+  /// Both compare with a body of the same CIM type; the handle checks the types first.
+  virtual bool operator==(TCIMValueImpl const& other) const = 0;
+  virtual bool operator<(TCIMValueImpl const& other) const = 0;
+
+  /// A deep copy of this body.
+  TCIMValueImpl* Clone() const;
+};
+
+class TCIMNumericValueImpl : public TCIMValueImpl {
+public:
+  explicit TCIMNumericValueImpl(bool value);
+  explicit TCIMNumericValueImpl(unsigned char value);
+  explicit TCIMNumericValueImpl(signed char value);
+  explicit TCIMNumericValueImpl(unsigned short value);
+  explicit TCIMNumericValueImpl(short value);
+  explicit TCIMNumericValueImpl(unsigned int value);
+  explicit TCIMNumericValueImpl(int value);
+  explicit TCIMNumericValueImpl(unsigned long value);
+  explicit TCIMNumericValueImpl(long value);
+  explicit TCIMNumericValueImpl(float value);
+  explicit TCIMNumericValueImpl(double value);
+  TCIMNumericValueImpl(TCIMNumericValueImpl const& other);
+
+  virtual operator bool() const;
+  virtual operator unsigned char() const;
+  virtual operator signed char() const;
+  virtual operator unsigned short() const;
+  virtual operator short() const;
+  virtual operator unsigned int() const;
+  virtual operator int() const;
+  virtual operator unsigned long() const;
+  virtual operator long() const;
+  virtual operator float() const;
+  virtual operator double() const;
+  virtual std::string ToString(unsigned char radix) const;
+  virtual bool operator==(TCIMValueImpl const& other) const;
+  virtual bool operator<(TCIMValueImpl const& other) const;
+
+  TCIMValue::TCIMType::ECIMType GetNumericType() const { return fType; }
+
+private:
+  union TStorage {
+    bool fBoolean;
+    unsigned char fUint8;
+    signed char fSint8;
+    unsigned short fUint16;
+    short fSint16;
+    unsigned int fUint32;
+    int fSint32;
+    unsigned long fUint64;
+    long fSint64;
+    float fReal32;
+    double fReal64;
+  };
+
+  TCIMValue::TCIMType::ECIMType fType;
+  TStorage fStorage;
+};
+
+class TCIMStringValueImpl : public TCIMValueImpl {
+public:
+  explicit TCIMStringValueImpl(std::string const& value) : fValue(value) {}
+  virtual operator std::string() const;
+  virtual std::string ToString(unsigned char radix) const;
+  virtual bool operator==(TCIMValueImpl const& other) const;
+  virtual bool operator<(TCIMValueImpl const& other) const;
+
+  std::string const& GetString() const { return fValue; }
+
+private:
+  std::string fValue;
+};
+
+class TCIMDateTimeValueImpl : public TCIMValueImpl {
+public:
+  explicit TCIMDateTimeValueImpl(TCIMDateTime const& value) : fValue(value) {}
+  virtual operator TCIMDateTime() const;
+  virtual std::string ToString(unsigned char radix) const;
+  virtual bool operator==(TCIMValueImpl const& other) const;
+  virtual bool operator<(TCIMValueImpl const& other) const;
+
+private:
+  TCIMDateTime fValue;
+};
+
+class TCIMArrayValueImpl : public TCIMValueImpl {
+public:
+  explicit TCIMArrayValueImpl(std::vector<TCIMValue> const& elements) : fElements(elements) {}
+  virtual operator std::vector<TCIMValue>&();
+  virtual std::string ToString(unsigned char radix) const;
+  virtual bool operator==(TCIMValueImpl const& other) const;
+  virtual bool operator<(TCIMValueImpl const& other) const;
+
+  std::vector<TCIMValue> const& GetElements() const { return fElements; }
+
+private:
+  std::vector<TCIMValue> fElements;
+};
+
+#endif

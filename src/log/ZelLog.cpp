@@ -1,0 +1,23 @@
+// Internal logging helpers shared by every subsystem.
+#include "ZelLog.h"
+
+#include "TRootObject.h"
+
+ILogger* ZelLogFor(zelLogSeverity severity) {
+  ILogger* logger = TRootObject::GetCoreLogger();
+  if (!logger)
+    return 0;
+  if (severity != zelLogMemoryOnly && severity > logger->GetLogThreshold())
+    return 0;
+  return logger;
+}
+
+void ZelLog(zelLogSeverity severity, std::string const& text) {
+  if (ILogger* logger = TRootObject::GetCoreLogger())
+    logger->OutputLogEntry(0, severity, text);
+}
+
+void ZelFail(zelStatusCode code, std::string const& text, zelLogSeverity severity) {
+  ZelLog(severity, text);
+  throw TZELException(code);
+}
