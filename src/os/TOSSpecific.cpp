@@ -12,7 +12,6 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/timeb.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -151,15 +150,17 @@ void TOSSpecific::FileCopy(std::string source, std::string destination) {
 void TOSSpecific::OutputLogString(std::string) {}
 
 TCIMDateTime TOSSpecific::GetLocalTime() {
-  struct timeb now;
-  ftime(&now);
+  // Millisecond resolution, as ftime gave; glibc's ftime is deprecated and no longer fills
+  // its zone fields, so the offset (minutes east of UTC, daylight saving included) comes
+  // from the broken-down time.
+  struct timespec now;
+  clock_gettime(CLOCK_REALTIME, &now);
   struct tm local;
-  localtime_r(&now.time, &local);
-  // glibc's ftime no longer fills its zone fields; the broken-down time carries the
-  // same offset (minutes east of UTC, daylight saving included).
+  localtime_r(&now.tv_sec, &local);
   int offset = static_cast<int>(local.tm_gmtoff / 60);
+  unsigned int milliseconds = static_cast<unsigned int>(now.tv_nsec / 1000000);
   return TCIMDateTime(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
-                      local.tm_min, local.tm_sec, now.millitm * 1000u, offset);
+                      local.tm_min, local.tm_sec, milliseconds * 1000u, offset);
 }
 
 std::string TOSSpecific::GetMachineName() {
