@@ -142,6 +142,8 @@ public:
   bool operator<=(TCIMValue const& other) const;
 
 private:
+  friend class TCIMValueImpl; // Bodies compare with the other value's body.
+
   TCIMValueImpl& Body(TCIMType::ECIMType type) const;
   bool EqualForCopy(TCIMValue const& other) const;
 

@@ -29,6 +29,28 @@ static bool TimestampToSeconds(unsigned short year, unsigned short month, unsign
   return seconds != static_cast<time_t>(-1);
 }
 
+// Breaks seconds down as local standard time, the inverse of TimestampToSeconds: a
+// daylight-saving reading from localtime is moved back by the zone's shift.
+static bool SecondsToTimestamp(time_t seconds, struct tm& fields) {
+  if (!localtime_r(&seconds, &fields))
+    return false;
+  if (fields.tm_isdst <= 0)
+    return true;
+  struct tm standard = fields;
+  standard.tm_isdst = 0;
+  time_t readAsStandard = mktime(&standard); // The same wall clock, later by the shift.
+  if (readAsStandard == static_cast<time_t>(-1))
+    return false;
+  time_t wallClock = timegm(&fields) - (readAsStandard - seconds);
+  return gmtime_r(&wallClock, &fields) != 0;
+}
+
+// Both sides must hold the same kind of date-time.
+static void CheckComparable(TCIMDateTimeImpl const& a, TCIMDateTimeImpl const& b) {
+  if (a.IsNull() || b.IsNull() || a.IsInterval() != b.IsInterval())
+    InvalidDateTime();
+}
+
 // Reads count decimal digits, already checked to be digits.
 static unsigned long Digits(char const* text, int count) {
   unsigned long value = 0;
@@ -159,16 +181,22 @@ std::string TCIMDateTimeImpl::ToAbbrUIString() const {
   return buffer;
 }
 
-int64_t TCIMDateTimeImpl::IntervalMicroseconds() const {
-  int64_t seconds = static_cast<int64_t>(fDay) * 86400 + fHour * 3600 + fMinute * 60 + fSecond;
-  return seconds * kMicrosPerSecond + fMicroSeconds;
-}
-
-int64_t TCIMDateTimeImpl::InstantMicroseconds() const {
+// Whole seconds (an interval's total, a timestamp's instant) and the microseconds that refine
+// them: a timestamp's microseconds are not limited, so they never carry into the seconds.
+std::pair<int64_t, unsigned int> TCIMDateTimeImpl::Seconds() const {
+  if (fInterval)
+    return std::make_pair(static_cast<int64_t>(fDay) * 86400 + fHour * 3600 + fMinute * 60 +
+                              fSecond,
+                          fMicroSeconds);
   time_t seconds;
   if (!TimestampToSeconds(fYear, fMonth, fDay, fHour, fMinute, fSecond, fUTCOffset, seconds))
     InvalidDateTime();
-  return static_cast<int64_t>(seconds) * kMicrosPerSecond + fMicroSeconds;
+  return std::make_pair(static_cast<int64_t>(seconds), fMicroSeconds);
+}
+
+int64_t TCIMDateTimeImpl::Microseconds() const {
+  std::pair<int64_t, unsigned int> seconds = Seconds();
+  return seconds.first * kMicrosPerSecond + seconds.second;
 }
 
 void TCIMDateTimeImpl::SetIntervalFromMicroseconds(int64_t total) {
@@ -193,7 +221,7 @@ void TCIMDateTimeImpl::SetTimestampFromMicroseconds(int64_t instant, short utcOf
   }
   time_t shifted = static_cast<time_t>(seconds + utcOffset * 60);
   struct tm fields;
-  if (!localtime_r(&shifted, &fields))
+  if (!SecondsToTimestamp(shifted, fields))
     InvalidDateTime();
   fYear = static_cast<unsigned short>(fields.tm_year + 1900);
   fMonth = static_cast<unsigned short>(fields.tm_mon + 1);
@@ -208,48 +236,37 @@ void TCIMDateTimeImpl::SetTimestampFromMicroseconds(int64_t instant, short utcOf
 }
 
 bool TCIMDateTimeImpl::operator==(TCIMDateTimeImpl const& other) const {
-  if (fNull || other.fNull || fInterval != other.fInterval)
-    InvalidDateTime();
-  if (fInterval)
-    return IntervalMicroseconds() == other.IntervalMicroseconds();
-  return InstantMicroseconds() == other.InstantMicroseconds();
+  CheckComparable(*this, other);
+  return Seconds() == other.Seconds();
 }
 
 bool TCIMDateTimeImpl::operator<(TCIMDateTimeImpl const& other) const {
-  if (fNull || other.fNull || fInterval != other.fInterval)
-    InvalidDateTime();
-  if (fInterval)
-    return IntervalMicroseconds() < other.IntervalMicroseconds();
-  return InstantMicroseconds() < other.InstantMicroseconds();
+  CheckComparable(*this, other);
+  return Seconds() < other.Seconds();
 }
 
 void TCIMDateTimeImpl::Add(TCIMDateTimeImpl const& left, TCIMDateTimeImpl const& right) {
   if (left.fNull || right.fNull)
     InvalidDateTime();
   if (left.fInterval && right.fInterval) {
-    SetIntervalFromMicroseconds(left.IntervalMicroseconds() + right.IntervalMicroseconds());
+    SetIntervalFromMicroseconds(left.Microseconds() + right.Microseconds());
   } else if (!left.fInterval && !right.fInterval) {
     InvalidDateTime();
   } else {
     TCIMDateTimeImpl const& stamp = left.fInterval ? right : left;
     TCIMDateTimeImpl const& span = left.fInterval ? left : right;
-    SetTimestampFromMicroseconds(stamp.InstantMicroseconds() + span.IntervalMicroseconds(),
-                                 stamp.fUTCOffset);
+    SetTimestampFromMicroseconds(stamp.Microseconds() + span.Microseconds(), stamp.fUTCOffset);
   }
 }
 
 void TCIMDateTimeImpl::Subtract(TCIMDateTimeImpl const& left, TCIMDateTimeImpl const& right) {
   if (left.fNull || right.fNull)
     InvalidDateTime();
-  if (left.fInterval && right.fInterval) {
-    int64_t difference = left.IntervalMicroseconds() - right.IntervalMicroseconds();
-    SetIntervalFromMicroseconds(difference < 0 ? -difference : difference);
-  } else if (!left.fInterval && !right.fInterval) {
-    int64_t difference = left.InstantMicroseconds() - right.InstantMicroseconds();
+  if (left.fInterval == right.fInterval) { // Two of a kind: the distance, an interval.
+    int64_t difference = left.Microseconds() - right.Microseconds();
     SetIntervalFromMicroseconds(difference < 0 ? -difference : difference);
   } else if (!left.fInterval) {
-    SetTimestampFromMicroseconds(left.InstantMicroseconds() - right.IntervalMicroseconds(),
-                                 left.fUTCOffset);
+    SetTimestampFromMicroseconds(left.Microseconds() - right.Microseconds(), left.fUTCOffset);
   } else {
     // An interval minus a timestamp has no meaning.
     InvalidDateTime();

@@ -7,6 +7,7 @@
 
 #include <stdint.h>
 #include <string>
+#include <utility>
 
 class TCIMDateTimeImpl {
 public:
@@ -43,8 +44,8 @@ public:
   void Subtract(TCIMDateTimeImpl const& left, TCIMDateTimeImpl const& right);
 
 private:
-  int64_t IntervalMicroseconds() const;
-  int64_t InstantMicroseconds() const;
+  std::pair<int64_t, unsigned int> Seconds() const;
+  int64_t Microseconds() const;
   void SetIntervalFromMicroseconds(int64_t total);
   void SetTimestampFromMicroseconds(int64_t instant, short utcOffset);
 

@@ -6,6 +6,7 @@
 #include "ZelLog.h"
 
 #include <algorithm>
+#include <cctype>
 #include <ostream>
 #include <sstream>
 
@@ -36,7 +37,8 @@ static Native ExtractNumber(std::string const& text) {
 T::TCIMType(ECIMType type) : fType(type) {}
 
 T::TCIMType(std::string name) : fType(kNull) {
-  std::transform(name.begin(), name.end(), name.begin(), ::tolower);
+  std::transform(name.begin(), name.end(), name.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   for (ECIMType candidate : kNamedTypes) {
     if (name == kTypeNames[candidate]) {
       fType = candidate;
@@ -110,7 +112,12 @@ TCIMValue::TCIMValue(TCIMType type, unsigned int size)
 
 TCIMValue::TCIMValue(TCIMType type, unsigned int size, std::vector<TCIMValue> const& elements)
     : fType(T::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
-  Set(type, size, elements);
+  try {
+    Set(type, size, elements);
+  } catch (...) {
+    delete fBody; // Set keeps its new body, but a constructor that throws runs no destructor.
+    throw;
+  }
 }
 
 TCIMValue::TCIMValue(TCIMType type, std::string& text, TContainer& /*container*/)
@@ -195,13 +202,14 @@ void TCIMValue::Set(TCIMDateTime const& value) {
 }
 
 void TCIMValue::Set(TCIMType type, unsigned int size, std::vector<TCIMValue> const& elements) {
+  // Copied before the old body goes: the elements may be the old body's own.
+  TCIMArrayValueImpl* body = new TCIMArrayValueImpl(elements);
+  delete fBody;
+  fBody = body;
   fType = static_cast<T::ECIMType>(type | T::kArray);
   fMaxArraySize = size; // Not checked against the number of elements.
-  delete fBody;
-  fBody = 0;
-  fBody = new TCIMArrayValueImpl(elements);
   T elementType(static_cast<T::ECIMType>(type & ~T::kArray));
-  for (TCIMValue const& element : elements) {
+  for (TCIMValue const& element : body->GetElements()) {
     if (element.GetType() != elementType) {
       // The value keeps its new body: the caller sees the exception and discards it.
       ZelFail(zelStatusInvalidProperty, "ERROR: Attempting to create array of type " +
@@ -215,27 +223,28 @@ void TCIMValue::Set(TCIMType type, unsigned int size, std::vector<TCIMValue> con
 void TCIMValue::Set(TCIMValue const& other) {
   if (this == &other || EqualForCopy(other))
     return;
+  // Everything is taken from other before the own body goes: other may be one of its elements.
+  TCIMValueImpl* body = other.fBody ? other.fBody->Clone() : 0;
+  T type = other.fType;
+  TCIMClass* referencedClass = other.fReferencedClass;
+  unsigned int maxArraySize = other.fMaxArraySize;
   delete fBody;
-  fBody = 0;
-  fType = other.fType;
-  if (other.IsArray()) {
-    fMaxArraySize = other.fMaxArraySize;
-    if (other.fBody)
-      fBody = other.fBody->Clone();
+  fBody = body;
+  fType = type;
+  if (IsArray()) {
+    fMaxArraySize = maxArraySize;
     return;
   }
   switch (static_cast<T::ECIMType>(fType)) {
   case T::kNull:
-  case T::kChar:
+  case T::kChar: // Never with a body: no value of these types holds one.
     throw TZELException(zelStatusTypeMismatch);
   case T::kReference:
-    fReferencedClass = other.fReferencedClass;
+    fReferencedClass = referencedClass;
     break;
   default:
     break;
   }
-  if (other.fBody)
-    fBody = other.fBody->Clone();
 }
 
 void TCIMValue::SetNullValue(TCIMType::ECIMType type, unsigned int size) {
@@ -303,7 +312,7 @@ bool TCIMValue::operator==(TCIMValue const& other) const {
   }
   if (!fBody || !other.fBody || fType != other.fType)
     return false;
-  return *fBody == *other.fBody;
+  return *fBody == other;
 }
 
 // Equality as the copy's shortcut: bodies that refuse to compare (a timestamp against an
@@ -325,7 +334,7 @@ bool TCIMValue::operator<(TCIMValue const& other) const {
     return false;
   if (fType != other.fType)
     return fType < other.fType;
-  return *fBody < *other.fBody;
+  return *fBody < other;
 }
 
 bool TCIMValue::operator>(TCIMValue const& other) const {

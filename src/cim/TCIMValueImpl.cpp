@@ -120,8 +120,8 @@ static bool RealEqual(Real a, Real b) {
   return !(a < b) && !(b < a) && !std::isnan(a) && !std::isnan(b);
 }
 
-bool TCIMNumericValueImpl::operator==(TCIMValueImpl const& otherBody) const {
-  TCIMNumericValueImpl const& other = static_cast<TCIMNumericValueImpl const&>(otherBody);
+bool TCIMNumericValueImpl::operator==(TCIMValue const& otherValue) const {
+  TCIMNumericValueImpl const& other = BodyOf<TCIMNumericValueImpl>(otherValue);
   switch (fType) {
   case T::kBoolean:
   case T::kUint8:
@@ -145,8 +145,8 @@ bool TCIMNumericValueImpl::operator==(TCIMValueImpl const& otherBody) const {
   }
 }
 
-bool TCIMNumericValueImpl::operator<(TCIMValueImpl const& otherBody) const {
-  TCIMNumericValueImpl const& other = static_cast<TCIMNumericValueImpl const&>(otherBody);
+bool TCIMNumericValueImpl::operator<(TCIMValue const& otherValue) const {
+  TCIMNumericValueImpl const& other = BodyOf<TCIMNumericValueImpl>(otherValue);
   switch (fType) {
   case T::kBoolean:
   case T::kUint8:
@@ -180,13 +180,13 @@ TCIMStringValueImpl::operator std::string() const { return fValue; }
 
 std::string TCIMStringValueImpl::ToString(unsigned char) const { return fValue; }
 
-bool TCIMStringValueImpl::operator==(TCIMValueImpl const& other) const {
-  return fValue == static_cast<TCIMStringValueImpl const&>(other).fValue;
+bool TCIMStringValueImpl::operator==(TCIMValue const& other) const {
+  return fValue == BodyOf<TCIMStringValueImpl>(other).fValue;
 }
 
-bool TCIMStringValueImpl::operator<(TCIMValueImpl const& other) const {
+bool TCIMStringValueImpl::operator<(TCIMValue const& other) const {
   // std::string orders by unsigned bytes, then by length.
-  return fValue < static_cast<TCIMStringValueImpl const&>(other).fValue;
+  return fValue < BodyOf<TCIMStringValueImpl>(other).fValue;
 }
 
 // ---- TCIMDateTimeValueImpl -----------------------------------------------------------------
@@ -195,12 +195,12 @@ TCIMDateTimeValueImpl::operator TCIMDateTime() const { return fValue; }
 
 std::string TCIMDateTimeValueImpl::ToString(unsigned char) const { return fValue.ToString(); }
 
-bool TCIMDateTimeValueImpl::operator==(TCIMValueImpl const& other) const {
-  return fValue == static_cast<TCIMDateTimeValueImpl const&>(other).fValue;
+bool TCIMDateTimeValueImpl::operator==(TCIMValue const& other) const {
+  return fValue == BodyOf<TCIMDateTimeValueImpl>(other).fValue;
 }
 
-bool TCIMDateTimeValueImpl::operator<(TCIMValueImpl const& other) const {
-  return fValue < static_cast<TCIMDateTimeValueImpl const&>(other).fValue;
+bool TCIMDateTimeValueImpl::operator<(TCIMValue const& other) const {
+  return fValue < BodyOf<TCIMDateTimeValueImpl>(other).fValue;
 }
 
 // ---- TCIMArrayValueImpl --------------------------------------------------------------------
@@ -217,11 +217,11 @@ std::string TCIMArrayValueImpl::ToString(unsigned char radix) const {
   return text + " }";
 }
 
-bool TCIMArrayValueImpl::operator==(TCIMValueImpl const& otherBody) const {
-  return fElements == static_cast<TCIMArrayValueImpl const&>(otherBody).fElements;
+bool TCIMArrayValueImpl::operator==(TCIMValue const& other) const {
+  return fElements == BodyOf<TCIMArrayValueImpl>(other).fElements;
 }
 
-bool TCIMArrayValueImpl::operator<(TCIMValueImpl const&) const {
+bool TCIMArrayValueImpl::operator<(TCIMValue const&) const {
   throw TZELException(zelStatusNotImplemented);
 }
 

@@ -30,12 +30,19 @@ public:
   virtual operator TCIMReference() const;
   virtual operator std::vector<TCIMValue>&();
   virtual std::string ToString(unsigned char radix) const = 0;
-  /// Both compare with a body of the same CIM type; the handle checks the types first.
-  virtual bool operator==(TCIMValueImpl const& other) const = 0;
-  virtual bool operator<(TCIMValueImpl const& other) const = 0;
+  /// Both compare with a non-NULL value of the same CIM type; the handle checks that first.
+  virtual bool operator==(TCIMValue const& other) const = 0;
+  virtual bool operator<(TCIMValue const& other) const = 0;
 
   /// A deep copy of this body.
   TCIMValueImpl* Clone() const;
+
+protected:
+  /// The body of a value known to hold one of this kind.
+  template <class Body>
+  static Body const& BodyOf(TCIMValue const& value) {
+    return static_cast<Body const&>(*value.fBody);
+  }
 };
 
 class TCIMNumericValueImpl : public TCIMValueImpl {
@@ -65,8 +72,8 @@ public:
   virtual operator float() const;
   virtual operator double() const;
   virtual std::string ToString(unsigned char radix) const;
-  virtual bool operator==(TCIMValueImpl const& other) const;
-  virtual bool operator<(TCIMValueImpl const& other) const;
+  virtual bool operator==(TCIMValue const& other) const;
+  virtual bool operator<(TCIMValue const& other) const;
 
   TCIMValue::TCIMType::ECIMType GetNumericType() const { return fType; }
 
@@ -85,7 +92,7 @@ private:
     double fReal64;
   };
 
-  TCIMValue::TCIMType::ECIMType fType;
+  TCIMValue::TCIMType fType;
   TStorage fStorage;
 };
 
@@ -94,8 +101,8 @@ public:
   explicit TCIMStringValueImpl(std::string const& value) : fValue(value) {}
   virtual operator std::string() const;
   virtual std::string ToString(unsigned char radix) const;
-  virtual bool operator==(TCIMValueImpl const& other) const;
-  virtual bool operator<(TCIMValueImpl const& other) const;
+  virtual bool operator==(TCIMValue const& other) const;
+  virtual bool operator<(TCIMValue const& other) const;
 
   std::string const& GetString() const { return fValue; }
 
@@ -108,8 +115,8 @@ public:
   explicit TCIMDateTimeValueImpl(TCIMDateTime const& value) : fValue(value) {}
   virtual operator TCIMDateTime() const;
   virtual std::string ToString(unsigned char radix) const;
-  virtual bool operator==(TCIMValueImpl const& other) const;
-  virtual bool operator<(TCIMValueImpl const& other) const;
+  virtual bool operator==(TCIMValue const& other) const;
+  virtual bool operator<(TCIMValue const& other) const;
 
 private:
   TCIMDateTime fValue;
@@ -120,8 +127,8 @@ public:
   explicit TCIMArrayValueImpl(std::vector<TCIMValue> const& elements) : fElements(elements) {}
   virtual operator std::vector<TCIMValue>&();
   virtual std::string ToString(unsigned char radix) const;
-  virtual bool operator==(TCIMValueImpl const& other) const;
-  virtual bool operator<(TCIMValueImpl const& other) const;
+  virtual bool operator==(TCIMValue const& other) const;
+  virtual bool operator<(TCIMValue const& other) const;
 
   std::vector<TCIMValue> const& GetElements() const { return fElements; }
 
