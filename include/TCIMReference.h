@@ -39,21 +39,21 @@ public:
   void SetClassName(std::string name);
   void SetClass(TCIMClass& referencedClass);
   /// zelStatusInvalidReference while no class is set.
-  TCIMClass* GetClass();
-  std::string GetClassName();
+  TCIMClass* GetClass() const;
+  std::string GetClassName() const;
   /// Only for KEY properties of the class, with the declaration's exact type.
   void AddKeyValue(std::string name, TCIMValue value);
-  TKeyBindings EnumerateKeyBindings();
+  TKeyBindings EnumerateKeyBindings() const;
   void SetKeyBindings(TKeyBindings bindings);
   /// Class name, then ".key=\"value\",..." in key order.
-  std::string GetPath();
+  std::string GetPath() const;
   /// The class (no keys) or the instance named (cached); zelStatusNotFound if none.
   ICIMElement* GetCIMElement();
 
-  bool operator==(TCIMReference const& other);
-  bool operator<(TCIMReference const& other);
+  bool operator==(TCIMReference const& other) const;
+  bool operator<(TCIMReference const& other) const;
 
-  TCIMReferenceImpl* GetBody();
+  TCIMReferenceImpl* GetBody() const;
 
 private:
   boost::shared_ptr<TCIMReferenceImpl> fBody;

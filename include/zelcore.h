@@ -89,6 +89,29 @@ ZEL_API zelStatusCode zelSetDateTimeInterval(TCIMDateTime* dt, unsigned int days
 /* str is a 25-character CIM datetime, e.g. "20031107153000.000000-300". */
 ZEL_API zelStatusCode zelSetDateTimeString(TCIMDateTime* dt, const char* str);
 
+/* References: object paths built from a class and its key values, owned by the caller.
+ * A path text is never parsed: zelSetReferencePath always fails. */
+ZEL_API zelStatusCode zelNewCIMReference(TCIMReference** ref, zelIOHandle* handle);
+ZEL_API zelStatusCode zelDeleteCIMReference(TCIMReference* ref);
+ZEL_API zelStatusCode zelSetReferencePath(TCIMReference* ref, const char* objectName);
+ZEL_API zelStatusCode zelSetReferenceClassName(TCIMReference* ref, const char* className);
+/* Key values: key must name a KEY property of the class, with its exact type. */
+ZEL_API zelStatusCode zelReferenceAddBoolean(TCIMReference* ref, const char* key, int32_t value);
+ZEL_API zelStatusCode zelReferenceAddUint8(TCIMReference* ref, const char* key, uint8_t value);
+ZEL_API zelStatusCode zelReferenceAddSint8(TCIMReference* ref, const char* key, int8_t value);
+ZEL_API zelStatusCode zelReferenceAddUint16(TCIMReference* ref, const char* key, uint16_t value);
+ZEL_API zelStatusCode zelReferenceAddSint16(TCIMReference* ref, const char* key, int16_t value);
+ZEL_API zelStatusCode zelReferenceAddUint32(TCIMReference* ref, const char* key, uint32_t value);
+ZEL_API zelStatusCode zelReferenceAddSint32(TCIMReference* ref, const char* key, int32_t value);
+ZEL_API zelStatusCode zelReferenceAddUint64(TCIMReference* ref, const char* key, uint64_t value);
+ZEL_API zelStatusCode zelReferenceAddSint64(TCIMReference* ref, const char* key, int64_t value);
+ZEL_API zelStatusCode zelReferenceAddString(TCIMReference* ref, const char* key,
+                                            const char* value);
+ZEL_API zelStatusCode zelReferenceAddReference(TCIMReference* ref, const char* key,
+                                               TCIMReference* value);
+ZEL_API zelStatusCode zelReferenceAddDateTime(TCIMReference* ref, const char* key,
+                                              TCIMDateTime* value);
+
 /* Writes one log line; handle is the plugin's own handle, or NULL for the core. */
 ZEL_API void zelWriteLog(TCPluginCallbacks* handle, zelLogSeverity severity, const char* text);
 

@@ -1,0 +1,48 @@
+// TCIMPropertyDeclImpl: the state of a property declaration.
+#ifndef TCIMPROPERTYDECLIMPL_H
+#define TCIMPROPERTYDECLIMPL_H
+
+#include "TCIMPropertyDecl.h"
+#include "TCIMValue.h"
+#include "ZelQualifierHolder.h"
+
+#include <string>
+
+class TCIMClass;
+
+class TCIMPropertyDeclImpl {
+public:
+  TCIMPropertyDeclImpl(TCIMPropertyDecl& owner, const std::string& name, TCIMClass& cls,
+                       const TCIMValue& value);
+
+  void AddToContainer() const;
+  const std::string& GetName() const { return fName; }
+  void SetName(const std::string& name) { fName = name; }
+  const TCIMValue& GetValue() const { return fValue; }
+  void SetValue(const TCIMValue& value) { fValue = value; }
+  TCIMClass& GetClass() const { return fClass; }
+  void AddQualifier(TCIMQualifier& qualifier) { ZelAddQualifier(fQualifiers, qualifier); }
+  TCIMQualifier& GetQualifier(const std::string& name) const {
+    return ZelGetQualifier(fQualifiers, name);
+  }
+  TCIMQualifier* FindQualifier(const std::string& name) const {
+    return ZelFindQualifier(fQualifiers, name);
+  }
+  std::vector<TCIMQualifier*> EnumerateQualifiers() const {
+    return ZelEnumerateQualifiers(fQualifiers);
+  }
+  void RemoveQualifier(TCIMQualifier& qualifier) { ZelRemoveQualifier(fQualifiers, qualifier); }
+  /// True when the declaration carries a non-NULL true qualifier of that name.
+  bool HasTrueQualifier(const std::string& name) const {
+    return ZelQualifierIsTrue(fQualifiers, name);
+  }
+
+private:
+  TCIMPropertyDecl& fOwner;
+  std::string fName;
+  TCIMClass& fClass;
+  TCIMValue fValue;
+  TQualifierMap fQualifiers;
+};
+
+#endif

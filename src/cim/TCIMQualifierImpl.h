@@ -1,0 +1,29 @@
+// TCIMQualifierImpl: the state of a qualifier.
+#ifndef TCIMQUALIFIERIMPL_H
+#define TCIMQUALIFIERIMPL_H
+
+#include "TCIMQualifierDecl.h"
+#include "TCIMValue.h"
+
+class TCIMQualifierImpl {
+public:
+  TCIMQualifierImpl(const TCIMQualifierDecl& decl, const TCIMValue& value,
+                    TCIMQualifierDecl::EFlavor flavor, bool propagated);
+
+  const TCIMQualifierDecl& GetDeclaration() const { return fDeclaration; }
+  const TCIMValue& GetValue() const { return fValue; }
+  void SetValue(const TCIMValue& value);
+  void SetFlavor(TCIMQualifierDecl::EFlavor flavor);
+  void UnsetFlavor(TCIMQualifierDecl::EFlavor flavor);
+  TCIMQualifierDecl::EFlavor GetFlavor() const;
+  bool GetPropagated() const { return fPropagated; }
+  void SetPropagated(bool propagated) { fPropagated = propagated; }
+
+private:
+  const TCIMQualifierDecl& fDeclaration;
+  TCIMValue fValue;
+  unsigned int fFlavor;
+  bool fPropagated;
+};
+
+#endif

@@ -1,0 +1,43 @@
+// TCIMReferenceImpl: the state of an object path: container, class, key bindings and the
+// element found by the last resolution.
+#ifndef TCIMREFERENCEIMPL_H
+#define TCIMREFERENCEIMPL_H
+
+#include "TCIMReference.h"
+
+#include <string>
+
+class ICIMElement;
+class TCIMClass;
+class TContainer;
+
+class TCIMReferenceImpl {
+public:
+  TCIMReferenceImpl(TCIMReference& owner, TContainer const* container);
+  /// A copy of other's state (the cache included) for another handle.
+  TCIMReferenceImpl(TCIMReference& owner, TCIMReferenceImpl const& other);
+
+  void SetContainer(TContainer* container);
+  void Clear();
+  void SetPath(std::string const& path);
+  void SetClassName(std::string const& name);
+  void SetClass(TCIMClass& cls);
+  TCIMClass* GetClass() const;
+  std::string GetClassName() const;
+  void AddKeyValue(std::string const& name, TCIMValue const& value);
+  TCIMReference::TKeyBindings const& EnumerateKeyBindings() const { return fKeyBindings; }
+  void SetKeyBindings(TCIMReference::TKeyBindings const& bindings);
+  std::string GetPath() const;
+  ICIMElement* GetCIMElement();
+  bool operator==(TCIMReferenceImpl const& other) const;
+  bool operator<(TCIMReferenceImpl const& other) const;
+
+private:
+  TCIMReference* fOwner;
+  TContainer const* fContainer;
+  TCIMClass* fClass;
+  TCIMReference::TKeyBindings fKeyBindings;
+  ICIMElement* fCachedElement;
+};
+
+#endif

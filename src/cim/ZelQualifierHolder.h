@@ -1,0 +1,28 @@
+// The qualifier map shared by classes and property declarations, and the one rule by which
+// a qualifier is added over an existing one.
+#ifndef ZELQUALIFIERHOLDER_H
+#define ZELQUALIFIERHOLDER_H
+
+#include "TCIMQualifier.h"
+
+#include <boost/shared_ptr.hpp>
+#include <map>
+#include <string>
+#include <vector>
+
+/// Normalised qualifier name to the owned qualifier.
+typedef std::map<std::string, boost::shared_ptr<TCIMQualifier> > TQualifierMap;
+
+/// Inserts the very object passed, replacing an overridable qualifier of the same name;
+/// zelStatusNotOverridable over another one unless value and flavors are equal (no-op).
+void ZelAddQualifier(TQualifierMap& qualifiers, TCIMQualifier& qualifier);
+/// zelStatusNotFound when absent.
+TCIMQualifier& ZelGetQualifier(TQualifierMap const& qualifiers, std::string const& name);
+TCIMQualifier* ZelFindQualifier(TQualifierMap const& qualifiers, std::string const& name);
+std::vector<TCIMQualifier*> ZelEnumerateQualifiers(TQualifierMap const& qualifiers);
+/// Deletes the held qualifier of that name; zelStatusNotFound when absent.
+void ZelRemoveQualifier(TQualifierMap& qualifiers, TCIMQualifier& qualifier);
+/// True when the qualifier exists and holds a non-NULL boolean true.
+bool ZelQualifierIsTrue(TQualifierMap const& qualifiers, std::string const& name);
+
+#endif

@@ -1,0 +1,26 @@
+// zeliIOHandle: the body of the C collection handle: the calling plugin, the container that
+// receives the instances and the instance being built. Lives for one GetData call.
+#ifndef ZELIIOHANDLE_H
+#define ZELIIOHANDLE_H
+
+#include "zelcore.h"
+
+class IPlugin;
+class TCIMInstance;
+class TContainer;
+
+class ZEL_API zeliIOHandle {
+public:
+  zeliIOHandle(TContainer* container, IPlugin* plugin);
+
+  IPlugin* fPlugin;
+  TContainer* fContainer;
+  TCIMInstance* fCurrentInstance; ///< Not owned until committed; null when none is open.
+};
+
+/// The opaque C handle is the body itself.
+struct zelIOHandle : public zeliIOHandle {
+  zelIOHandle(TContainer* container, IPlugin* plugin) : zeliIOHandle(container, plugin) {}
+};
+
+#endif
