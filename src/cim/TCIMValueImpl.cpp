@@ -209,12 +209,12 @@ TCIMReferenceValueImpl::operator TCIMReference() const { return fValue; }
 
 std::string TCIMReferenceValueImpl::ToString(unsigned char) const { return fValue.GetPath(); }
 
-bool TCIMReferenceValueImpl::operator==(TCIMValueImpl const& otherBody) const {
-  return fValue == static_cast<TCIMReferenceValueImpl const&>(otherBody).fValue;
+bool TCIMReferenceValueImpl::operator==(TCIMValue const& other) const {
+  return fValue == BodyOf<TCIMReferenceValueImpl>(other).fValue;
 }
 
-bool TCIMReferenceValueImpl::operator<(TCIMValueImpl const& otherBody) const {
-  return fValue < static_cast<TCIMReferenceValueImpl const&>(otherBody).fValue;
+bool TCIMReferenceValueImpl::operator<(TCIMValue const& other) const {
+  return fValue < BodyOf<TCIMReferenceValueImpl>(other).fValue;
 }
 
 // ---- TCIMArrayValueImpl --------------------------------------------------------------------

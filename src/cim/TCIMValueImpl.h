@@ -127,8 +127,8 @@ public:
   explicit TCIMReferenceValueImpl(TCIMReference const& value) : fValue(value) {}
   virtual operator TCIMReference() const;
   virtual std::string ToString(unsigned char radix) const;
-  virtual bool operator==(TCIMValueImpl const& other) const;
-  virtual bool operator<(TCIMValueImpl const& other) const;
+  virtual bool operator==(TCIMValue const& other) const;
+  virtual bool operator<(TCIMValue const& other) const;
 
 private:
   TCIMReference fValue;
