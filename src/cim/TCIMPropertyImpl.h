@@ -35,6 +35,35 @@ public:
   std::string PrevToString() const;
   std::vector<std::string> PrevToStringVector() const;
 
+  // Value maps. "ValueMap" entry i names the codes that show as "Values" entry i; without a
+  // "ValueMap" the codes are the indexes 0, 1, 2... An entry is a number (decimal, or hex
+  // after "0x") or a range: "3..5" holds 3 to 5; an open end reaches to the neighbour
+  // entry, so "..7" starts after the entry before it (at 0 when first), "9.." ends before
+  // the entry after it (at the largest code when last), and ".." fills the gap between
+  // both. In the usual ascending map that is "the codes not named elsewhere". An entry that
+  // is not a number or range is skipped. The first entry holding the code wins; a code that
+  // no entry holds, and any value while the map is faulty (logged as a warning on each
+  // display), shows as if there were no map. Booleans are the codes 0 and 1.
+  // The vector forms give one text per array element, none for a NULL array, and the one
+  // text of ToString() for a scalar.
+  struct TValueMapEntry {
+    unsigned long long fLow;
+    unsigned long long fHigh; ///< Below fLow when the entry holds no code.
+    bool fOpenLow;            ///< Written "..7" or "..".
+    bool fOpenHigh;           ///< Written "9.." or "..".
+    std::string fText;
+  };
+
+  std::string ToStringWithQualifiers(const TCIMValue& value) const;
+  std::string ToStringWithBase(const TCIMValue& value) const;
+  /// False when there is no usable map; error then holds the fault, if any.
+  bool BuildValueMapEntryArray(std::vector<TValueMapEntry>& entries, std::string& error) const;
+  /// False when no entry holds the value's code.
+  bool LookupInTable(const TCIMValue& value, std::vector<TValueMapEntry>& entries,
+                     std::string& text) const;
+  std::vector<std::string> ToStringVectorWithBase() const;
+  std::vector<std::string> PrevToStringVectorWithBase() const;
+
 private:
   TCIMPropertyImpl(const TCIMPropertyImpl&);
   TCIMPropertyImpl& operator=(const TCIMPropertyImpl&);
