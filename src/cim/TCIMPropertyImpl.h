@@ -39,17 +39,19 @@ public:
   std::string PrevToString() const;
   std::vector<std::string> PrevToStringVector() const;
 
-  // Value maps. "ValueMap" entry i names the codes that show as "Values" entry i; without a
-  // "ValueMap" the codes are the indexes 0, 1, 2... An entry is a number (decimal, or hex
-  // after "0x") or a range: "3..5" holds 3 to 5; an open end reaches to the neighbour
-  // entry, so "..7" starts after the entry before it (at 0 when first), "9.." ends before
-  // the entry after it (at the largest code when last), and ".." fills the gap between
-  // both. In the usual ascending map that is "the codes not named elsewhere". An entry that
-  // is not a number or range is skipped. The first entry holding the code wins; a code that
-  // no entry holds, and any value while the map is faulty (logged as a warning on each
-  // display), shows as if there were no map. Booleans are the codes 0 and 1.
-  // The vector forms give one text per array element, none for a NULL array, and the one
-  // text of ToString() for a scalar.
+  // Value maps. "ValueMap" entry i names the codes shown as "Values" entry i; without a
+  // "ValueMap" the codes are the indexes 0, 1, 2... Booleans are the codes 0 and 1. An
+  // entry is a number (decimal, or hex after "0x") or a range: "3..5" holds 3 to 5, and an
+  // open end reaches to the neighbour entry: "..7" starts after the entry before it (at 0
+  // when first), "9.." stops before the entry after it (at the largest code when last),
+  // ".." fills the gap between both. In the usual ascending map that means "the codes not
+  // named elsewhere". Two open ends facing each other ("3.." then ".." or "..7"), a
+  // non-string list or lists of unequal length make the map faulty: it is logged as a
+  // warning each time it is read and not used. Entries that are neither number nor range
+  // are skipped; the first entry holding the code wins; a code no entry holds shows as if
+  // there were no map.
+  // The vector forms give one text per array element (a NULL element shows the NULL text),
+  // none for a NULL array, and the text of ToString() for a scalar.
   struct TValueMapEntry {
     unsigned long long fLow;
     unsigned long long fHigh; ///< Below fLow when the entry holds no code.

@@ -119,7 +119,8 @@ static TCIMDateTime Interval(unsigned long long number, int prefix) {
   }
   interval.Set(static_cast<unsigned int>(seconds / 86400),
                static_cast<unsigned short>(seconds / 3600 % 24),
-               static_cast<unsigned short>(seconds / 60 % 60), static_cast<unsigned short>(seconds % 60),
+               static_cast<unsigned short>(seconds / 60 % 60),
+               static_cast<unsigned short>(seconds % 60),
                static_cast<unsigned int>(micro));
   return interval;
 }
@@ -359,7 +360,8 @@ bool TCIMPropertyImpl::BuildValueMapEntryArray(std::vector<TValueMapEntry>& entr
   }
   std::vector<std::string> codes = Strings(valueMap);
   if (codes.size() != texts.size()) {
-    error = "Property " + GetName() + " has VALUE and VALUEMAP qualifiers that aren't the same size!";
+    error = "Property " + GetName() +
+            " has VALUE and VALUEMAP qualifiers that aren't the same size!";
     return false;
   }
   for (size_t i = 0; i < codes.size(); ++i) {
@@ -379,8 +381,9 @@ bool TCIMPropertyImpl::BuildValueMapEntryArray(std::vector<TValueMapEntry>& entr
       const TValueMapEntry& before = entries[i - 1];
       if (before.fOpenHigh) {
         error = "Property " + GetName() +
-                (entry.fOpenHigh ? " has a .. VALUEMAP entry after another entry that ends with ..!"
-                                 : " has a ..<value> VALUEMAP entry after another entry that ends with ..!");
+                (entry.fOpenHigh
+                     ? " has a .. VALUEMAP entry after another entry that ends with ..!"
+                     : " has a ..<value> VALUEMAP entry after another entry that ends with ..!");
         entries.clear();
         return false;
       }

@@ -146,7 +146,8 @@ TEST_F(DisplayTest, ScaledUnitsStepThroughThePrefixes) {
   EXPECT_EQ("4.9 Bytes", ShowUnits(5000, "MilliBytes"));
   // ABBREVIATEUNITS counts whatever its value, false included.
   EXPECT_EQ("1.5 KB", ShowUnits(1536, "Bytes", {{"ABBREVIATEUNITS", TCIMValue(false)}}));
-  EXPECT_EQ("1.5 KiloBytes", ShowUnits(1536, "Bytes", {{"ABBREVIATEUNITS", NullOf(TType::kBoolean)}}));
+  EXPECT_EQ("1.5 KiloBytes",
+            ShowUnits(1536, "Bytes", {{"ABBREVIATEUNITS", NullOf(TType::kBoolean)}}));
 }
 
 TEST_F(DisplayTest, ScaledNumbersHaveOneDecimalInSinglePrecision) {
@@ -347,7 +348,8 @@ TEST_F(ValueMapTest, FaultyMapsAreLoggedAndIgnored) {
   EXPECT_LOGGED("ZEL_Core: [Warning] Property P1 has a VALUE qualifier that isn't a string!");
   EXPECT_LOGGED("ZEL_Core: [Warning] Property P2 has a VALUEMAP qualifier that isn't a string!");
   EXPECT_LOGGED(
-      "ZEL_Core: [Warning] Property P3 has VALUE and VALUEMAP qualifiers that aren't the same size!");
+      "ZEL_Core: [Warning] Property P3 has VALUE and VALUEMAP qualifiers that aren't the same "
+      "size!");
   EXPECT_LOGGED("ZEL_Core: [Warning] Property P4 has a .. VALUEMAP entry after another entry "
                 "that ends with ..!");
   EXPECT_LOGGED("ZEL_Core: [Warning] Property P5 has a ..<value> VALUEMAP entry after another "
