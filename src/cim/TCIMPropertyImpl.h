@@ -39,6 +39,37 @@ public:
   std::string PrevToString() const;
   std::vector<std::string> PrevToStringVector() const;
 
+  // Value maps. "ValueMap" entry i names the codes shown as "Values" entry i; without a
+  // "ValueMap" the codes are the indexes 0, 1, 2... Booleans are the codes 0 and 1. An
+  // entry is a number (decimal, or hex after "0x") or a range: "3..5" holds 3 to 5, and an
+  // open end reaches to the neighbour entry: "..7" starts after the entry before it (at 0
+  // when first), "9.." stops before the entry after it (at the largest code when last),
+  // ".." fills the gap between both. In the usual ascending map that means "the codes not
+  // named elsewhere". Two open ends facing each other ("3.." then ".." or "..7"), a
+  // non-string list or lists of unequal length make the map faulty: it is logged as a
+  // warning each time it is read and not used. Entries that are neither number nor range
+  // are skipped; the first entry holding the code wins; a code no entry holds shows as if
+  // there were no map.
+  // The vector forms give one text per array element (a NULL element shows the NULL text),
+  // none for a NULL array, and the text of ToString() for a scalar.
+  struct TValueMapEntry {
+    unsigned long long fLow;
+    unsigned long long fHigh; ///< Below fLow when the entry holds no code.
+    bool fOpenLow;            ///< Written "..7" or "..".
+    bool fOpenHigh;           ///< Written "9.." or "..".
+    std::string fText;
+  };
+
+  std::string ToStringWithQualifiers(const TCIMValue& value) const;
+  std::string ToStringWithBase(const TCIMValue& value) const;
+  /// False when there is no usable map; error then holds the fault, if any.
+  bool BuildValueMapEntryArray(std::vector<TValueMapEntry>& entries, std::string& error) const;
+  /// False when no entry holds the value's code.
+  bool LookupInTable(const TCIMValue& value, std::vector<TValueMapEntry>& entries,
+                     std::string& text) const;
+  std::vector<std::string> ToStringVectorWithBase() const;
+  std::vector<std::string> PrevToStringVectorWithBase() const;
+
 private:
   TCIMPropertyImpl(const TCIMPropertyImpl&);
   TCIMPropertyImpl& operator=(const TCIMPropertyImpl&);
