@@ -159,5 +159,6 @@ TEST_F(PropertyTest, PlainDisplayTexts) {
   EXPECT_EQ("255", texts[1]);
   bytes.SetPrevValue();
   EXPECT_EQ("", bytes.PrevToString());
-  EXPECT_TRUE(bytes.PrevToStringVector().empty());
+  // The previous value is a NULL scalar: one element, shown as the NULL text.
+  EXPECT_EQ(bytes.PrevToStringVector(), std::vector<std::string>{""});
 }
