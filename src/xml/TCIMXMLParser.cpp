@@ -328,7 +328,7 @@ void TCIMXMLParser::TStateDeclGroupWithPath::StartElement(TCIMXMLParser& parser,
 // <!ELEMENT QUALIFIER.DECLARATION (SCOPE,(VALUE|VALUE.ARRAY)?)>
 // <!ATTLIST QUALIFIER.DECLARATION %CIMName; %CIMType; #REQUIRED ISARRAY (true|false) #IMPLIED
 //           %ArraySize; %QualifierFlavor;>
-// Phases: 0 SCOPE (required here), 1 the default value.
+// Phases: 0 SCOPE (required here), 1 the default value, 2 done.
 TCIMXMLParser::TStateQualifierDeclaration::TStateQualifierDeclaration()
     : fIsArray(false), fIsArrayGiven(false), fArraySize(0), fFlavor(0), fScope(0),
       fValueRead(false), fPhase(0) {}
@@ -367,7 +367,10 @@ void TCIMXMLParser::TStateQualifierDeclaration::StartElement(TCIMXMLParser& pars
     else
       parser.UnexpectedElement(name);
     fValueRead = true;
+    fPhase = 2;
     return;
+  case 2:
+    parser.UnexpectedElement(name);
   default:
     parser.FatalError(kStateCorrupt);
   }
