@@ -83,8 +83,6 @@ public:
   std::pair<TPropertyDeclMap::const_iterator, bool>
   LookupPropertyDecl(const std::string& name) const;
 
-  /// The association classes that refer to this class; for unlinking on removal.
-  const std::set<TCIMClass*>& GetAssociationClasses() const { return fAssociationClasses; }
   /// The reference declarations of an association, each targeting a class not already
   /// covered by another (a subclass of another's target is dropped).
   std::vector<TCIMPropertyDecl*> ReferenceTargets() const;

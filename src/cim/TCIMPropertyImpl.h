@@ -14,6 +14,8 @@ class TCIMPropertyDecl;
 class TCIMPropertyImpl {
 public:
   TCIMPropertyImpl(TCIMProperty& owner, const TCIMPropertyDecl& decl);
+  /// Then SetValue(value); nothing is held when that throws.
+  TCIMPropertyImpl(TCIMProperty& owner, const TCIMPropertyDecl& decl, const TCIMValue& value);
   /// Same declaration, copies of the own and previous values.
   TCIMPropertyImpl(TCIMProperty& owner, const TCIMPropertyImpl& other);
   ~TCIMPropertyImpl();
@@ -21,14 +23,16 @@ public:
   std::string GetName() const;
   TCIMValue GetValue() const;
   TCIMValue GetPrevValue() const;
+  TCIMValue::TCIMType GetType() const;
   const TCIMPropertyDecl& GetDeclaration() const { return *fDeclaration; }
   void SetValue(const TCIMValue& value);
   void SetPrevValue(const TCIMValue& value);
   void SetPrevValue();
   bool IsPrevValueDifferent() const { return fPrevValueDifferent; }
   bool GetPropagated() const { return fValue == 0; }
-  /// The own value, null when there is none.
-  const TCIMValue* GetOwnValue() const { return fValue; }
+  /// Declarations by normalised name, then the own values (absent ones as untyped NULL).
+  bool operator==(const TCIMPropertyImpl& other) const;
+  bool operator<(const TCIMPropertyImpl& other) const;
 
   std::string ToString() const;
   std::vector<std::string> ToStringVector() const;

@@ -100,6 +100,11 @@ TCIMValue::TCIMValue(TCIMDateTime const& value)
     : fType(T::kDateTime), fBody(new TCIMDateTimeValueImpl(value)), fReferencedClass(0),
       fMaxArraySize(0) {}
 
+TCIMValue::TCIMValue(TCIMReference const& value)
+    : fType(T::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
+  Set(value);
+}
+
 TCIMValue::TCIMValue(TCIMType type, unsigned int size)
     : fType(type), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
   if (size != 0) {
@@ -113,7 +118,7 @@ TCIMValue::TCIMValue(TCIMType type, unsigned int size, std::vector<TCIMValue> co
   Set(type, size, elements);
 }
 
-TCIMValue::TCIMValue(TCIMType type, std::string& text, TContainer& /*container*/)
+TCIMValue::TCIMValue(TCIMType type, std::string& text, TContainer& container)
     : fType(T::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
   switch (static_cast<T::ECIMType>(type)) {
   case T::kBoolean: {
@@ -159,6 +164,9 @@ TCIMValue::TCIMValue(TCIMType type, std::string& text, TContainer& /*container*/
   case T::kDateTime:
     Set(TCIMDateTime(text));
     break;
+  case T::kReference: // Path text is never parsed: this always throws.
+    Set(TCIMReference(&container, text));
+    break;
   default:
     throw TZELException(zelStatusTypeMismatch);
   }
@@ -192,6 +200,16 @@ void TCIMValue::Set(TCIMDateTime const& value) {
   delete fBody;
   fBody = 0;
   fBody = new TCIMDateTimeValueImpl(value);
+}
+
+void TCIMValue::Set(TCIMReference const& value) {
+  fType = T::kReference;
+  delete fBody;
+  fBody = 0;
+  TCIMReference resolved(value);
+  resolved.GetCIMElement(); // A path naming no instance leaves the value NULL.
+  fBody = new TCIMReferenceValueImpl(resolved);
+  fReferencedClass = resolved.GetClass();
 }
 
 void TCIMValue::Set(TCIMType type, unsigned int size, std::vector<TCIMValue> const& elements) {
@@ -275,6 +293,10 @@ TCIMValue::operator std::string() const { return static_cast<std::string>(Body(T
 
 TCIMValue::operator TCIMDateTime() const {
   return static_cast<TCIMDateTime>(Body(T::kDateTime));
+}
+
+TCIMValue::operator TCIMReference() const {
+  return static_cast<TCIMReference>(Body(T::kReference));
 }
 
 TCIMValue::operator std::vector<TCIMValue>&() {

@@ -203,6 +203,20 @@ bool TCIMDateTimeValueImpl::operator<(TCIMValueImpl const& other) const {
   return fValue < static_cast<TCIMDateTimeValueImpl const&>(other).fValue;
 }
 
+// ---- TCIMReferenceValueImpl ----------------------------------------------------------------
+
+TCIMReferenceValueImpl::operator TCIMReference() const { return fValue; }
+
+std::string TCIMReferenceValueImpl::ToString(unsigned char) const { return fValue.GetPath(); }
+
+bool TCIMReferenceValueImpl::operator==(TCIMValueImpl const& otherBody) const {
+  return fValue == static_cast<TCIMReferenceValueImpl const&>(otherBody).fValue;
+}
+
+bool TCIMReferenceValueImpl::operator<(TCIMValueImpl const& otherBody) const {
+  return fValue < static_cast<TCIMReferenceValueImpl const&>(otherBody).fValue;
+}
+
 // ---- TCIMArrayValueImpl --------------------------------------------------------------------
 
 TCIMArrayValueImpl::operator std::vector<TCIMValue>&() { return fElements; }
@@ -234,6 +248,8 @@ TCIMValueImpl* TCIMValueImpl::Clone() const {
     return new TCIMStringValueImpl(*text);
   if (TCIMDateTimeValueImpl const* stamp = dynamic_cast<TCIMDateTimeValueImpl const*>(this))
     return new TCIMDateTimeValueImpl(*stamp);
+  if (TCIMReferenceValueImpl const* path = dynamic_cast<TCIMReferenceValueImpl const*>(this))
+    return new TCIMReferenceValueImpl(*path);
   if (TCIMArrayValueImpl const* array = dynamic_cast<TCIMArrayValueImpl const*>(this))
     return new TCIMArrayValueImpl(*array);
   throw TZELException(zelStatusTypeMismatch);

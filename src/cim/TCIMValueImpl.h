@@ -115,6 +115,18 @@ private:
   TCIMDateTime fValue;
 };
 
+class TCIMReferenceValueImpl : public TCIMValueImpl {
+public:
+  explicit TCIMReferenceValueImpl(TCIMReference const& value) : fValue(value) {}
+  virtual operator TCIMReference() const;
+  virtual std::string ToString(unsigned char radix) const;
+  virtual bool operator==(TCIMValueImpl const& other) const;
+  virtual bool operator<(TCIMValueImpl const& other) const;
+
+private:
+  TCIMReference fValue;
+};
+
 class TCIMArrayValueImpl : public TCIMValueImpl {
 public:
   explicit TCIMArrayValueImpl(std::vector<TCIMValue> const& elements) : fElements(elements) {}

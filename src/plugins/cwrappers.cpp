@@ -119,6 +119,12 @@ zelStatusCode zelArrayAddString(zelCIMValueArray* pArray, const char* value) {
   return ArrayAppend(pArray, TCIMValue(value));
 }
 
+zelStatusCode zelArrayAddReference(zelCIMValueArray* pArray, TCIMReference* value) {
+  if (!pArray || !value)
+    return ZelNullArgument("zelArrayAddReference: NULL array and/or value parameter");
+  return ZelGuard([&] { ArrayAppend(pArray, TCIMValue(*value)); }); // Resolution may throw.
+}
+
 zelStatusCode zelArrayAddDateTime(zelCIMValueArray* pArray, TCIMDateTime* value) {
   if (!pArray || !value)
     return ZelNullArgument("zelArrayAddDateTime: NULL array and/or value parameter");
@@ -167,6 +173,113 @@ zelStatusCode zelSetDateTimeString(TCIMDateTime* dt, const char* str) {
   if (!dt || !str)
     return ZelNullArgument("zelSetDateTimeString: NULL datetime and/or str parameter");
   return ZelGuard([&] { dt->Set(std::string(str)); });
+}
+
+// ---- References ---------------------------------------------------------------------------
+
+zelStatusCode zelNewCIMReference(TCIMReference** ref, zelIOHandle* handle) {
+  if (!handle)
+    return ZelNullArgument("zelNewCIMReference: NULL zelIOHandle parameter");
+  if (!ref)
+    return ZelNullArgument("zelNewCIMReference: NULL ref parameter");
+  *ref = new (std::nothrow) TCIMReference(handle->fContainer);
+  return *ref ? zelStatusOK : zelStatusOutOfMemory;
+}
+
+zelStatusCode zelDeleteCIMReference(TCIMReference* ref) {
+  if (!ref)
+    return ZelNullArgument("zelDeleteCIMReference: NULL ref parameter");
+  delete ref;
+  return zelStatusOK;
+}
+
+zelStatusCode zelSetReferencePath(TCIMReference* ref, const char* objectName) {
+  if (!ref || !objectName)
+    return ZelNullArgument("zelSetReferencePath: NULL ref and/or objectName parameter");
+  return ZelGuard([&] { ref->SetPath(objectName); });
+}
+
+zelStatusCode zelSetReferenceClassName(TCIMReference* ref, const char* className) {
+  if (!ref || !className)
+    return ZelNullArgument("zelSetReferenceClassName: NULL ref and/or className parameter");
+  return ZelGuard([&] { ref->SetClassName(className); });
+}
+
+// Adds one key binding built from the C argument.
+static zelStatusCode ReferenceAdd(TCIMReference* ref, const char* key, TCIMValue const& value) {
+  return ZelGuard([&] { ref->AddKeyValue(key, value); });
+}
+
+zelStatusCode zelReferenceAddBoolean(TCIMReference* ref, const char* key, int32_t value) {
+  if (!ref || !key)
+    return ZelNullArgument("zelReferenceAddBoolean: NULL ref and/or key parameter");
+  return ReferenceAdd(ref, key, TCIMValue(value != 0));
+}
+
+zelStatusCode zelReferenceAddUint8(TCIMReference* ref, const char* key, uint8_t value) {
+  if (!ref || !key)
+    return ZelNullArgument("zelReferenceAddUint8: NULL ref and/or key parameter");
+  return ReferenceAdd(ref, key, TCIMValue(static_cast<unsigned char>(value)));
+}
+
+zelStatusCode zelReferenceAddSint8(TCIMReference* ref, const char* key, int8_t value) {
+  if (!ref || !key)
+    return ZelNullArgument("zelReferenceAddSint8: NULL ref and/or key parameter");
+  return ReferenceAdd(ref, key, TCIMValue(static_cast<signed char>(value)));
+}
+
+zelStatusCode zelReferenceAddUint16(TCIMReference* ref, const char* key, uint16_t value) {
+  if (!ref || !key)
+    return ZelNullArgument("zelReferenceAddUint16: NULL ref and/or key parameter");
+  return ReferenceAdd(ref, key, TCIMValue(static_cast<unsigned short>(value)));
+}
+
+zelStatusCode zelReferenceAddSint16(TCIMReference* ref, const char* key, int16_t value) {
+  if (!ref || !key)
+    return ZelNullArgument("zelReferenceAddSint16: NULL ref and/or key parameter");
+  return ReferenceAdd(ref, key, TCIMValue(static_cast<short>(value)));
+}
+
+zelStatusCode zelReferenceAddUint32(TCIMReference* ref, const char* key, uint32_t value) {
+  if (!ref || !key)
+    return ZelNullArgument("zelReferenceAddUint32: NULL ref and/or key parameter");
+  return ReferenceAdd(ref, key, TCIMValue(static_cast<unsigned int>(value)));
+}
+
+zelStatusCode zelReferenceAddSint32(TCIMReference* ref, const char* key, int32_t value) {
+  if (!ref || !key)
+    return ZelNullArgument("zelReferenceAddSint32: NULL ref and/or key parameter");
+  return ReferenceAdd(ref, key, TCIMValue(static_cast<int>(value)));
+}
+
+zelStatusCode zelReferenceAddUint64(TCIMReference* ref, const char* key, uint64_t value) {
+  if (!ref || !key)
+    return ZelNullArgument("zelReferenceAddUint64: NULL ref and/or key parameter");
+  return ReferenceAdd(ref, key, TCIMValue(static_cast<unsigned long>(value)));
+}
+
+zelStatusCode zelReferenceAddSint64(TCIMReference* ref, const char* key, int64_t value) {
+  if (!ref || !key)
+    return ZelNullArgument("zelReferenceAddSint64: NULL ref and/or key parameter");
+  return ReferenceAdd(ref, key, TCIMValue(static_cast<long>(value)));
+}
+
+zelStatusCode zelReferenceAddString(TCIMReference* ref, const char* key, const char* value) {
+  if (!ref || !key || !value)
+    return ZelNullArgument("zelReferenceAddString: NULL ref, key and/or value parameter");
+  return ReferenceAdd(ref, key, TCIMValue(value));
+}
+
+zelStatusCode zelReferenceAddReference(TCIMReference* ref, const char* key, TCIMReference* value) {
+  if (!ref || !key || !value)
+    return ZelNullArgument("zelReferenceAddReference: NULL ref, key and/or value parameter");
+  return ZelGuard([&] { ref->AddKeyValue(key, TCIMValue(*value)); }); // Resolution may throw.
+}
+
+zelStatusCode zelReferenceAddDateTime(TCIMReference* ref, const char* key, TCIMDateTime* value) {
+  if (!ref || !key || !value)
+    return ZelNullArgument("zelReferenceAddDateTime: NULL ref, key and/or value parameter");
+  return ReferenceAdd(ref, key, TCIMValue(*value));
 }
 
 // ---- Plugin registration ------------------------------------------------------------------

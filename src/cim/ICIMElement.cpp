@@ -1,0 +1,8 @@
+// The interfaces' destructors, emitted once so that their type information is exported.
+#include "ICIMAllowQualifiers.h"
+#include "ICIMElement.h"
+#include "TCIMElementImpl.h"
+
+ICIMElement::~ICIMElement() {}
+ICIMAllowQualifiers::~ICIMAllowQualifiers() {}
+TCIMElementImpl::~TCIMElementImpl() {}

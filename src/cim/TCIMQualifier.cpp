@@ -1,0 +1,44 @@
+// TCIMQualifier: one-line forwards to the body; copies make a new body.
+#include "TCIMQualifier.h"
+
+#include "TCIMQualifierImpl.h"
+#include "ZelNamedMap.h"
+
+typedef TCIMQualifierDecl D;
+
+TCIMQualifier::TCIMQualifier(const D& decl, const TCIMValue& value)
+    : fBody(new TCIMQualifierImpl(decl, value, decl.GetFlavor(), false)) {}
+
+TCIMQualifier::TCIMQualifier(const D& decl, const TCIMValue& value, D::EFlavor flavor)
+    : fBody(new TCIMQualifierImpl(decl, value, flavor, false)) {}
+
+TCIMQualifier::TCIMQualifier(const TCIMQualifier& other)
+    : fBody(new TCIMQualifierImpl(*other.fBody)) {}
+
+TCIMQualifier& TCIMQualifier::operator=(const TCIMQualifier& other) {
+  if (this != &other)
+    fBody.reset(new TCIMQualifierImpl(*other.fBody));
+  return *this;
+}
+
+const std::string& TCIMQualifier::GetName() const { return GetDeclaration().GetName(); }
+TCIMValue::TCIMType TCIMQualifier::GetType() const { return fBody->GetValue().GetType(); }
+bool TCIMQualifier::IsArray() const { return fBody->GetValue().IsArray(); }
+const D& TCIMQualifier::GetDeclaration() const { return fBody->GetDeclaration(); }
+TCIMValue TCIMQualifier::GetValue() const { return fBody->GetValue(); }
+void TCIMQualifier::SetValue(const TCIMValue& value) { fBody->SetValue(value); }
+void TCIMQualifier::SetFlavor(D::EFlavor flavor) { fBody->SetFlavor(flavor); }
+void TCIMQualifier::UnsetFlavor(D::EFlavor flavor) { fBody->UnsetFlavor(flavor); }
+D::EFlavor TCIMQualifier::GetFlavor() const { return fBody->GetFlavor(); }
+bool TCIMQualifier::GetPropagated() const { return fBody->GetPropagated(); }
+void TCIMQualifier::SetPropagated(bool propagated) { fBody->SetPropagated(propagated); }
+
+bool TCIMQualifier::operator==(const TCIMQualifier& other) const {
+  return ZelSameName(GetName(), other.GetName());
+}
+
+bool TCIMQualifier::operator<(const TCIMQualifier& other) const {
+  return ZelNameBefore(GetName(), other.GetName());
+}
+
+boost::shared_ptr<TCIMQualifierImpl> TCIMQualifier::GetBody() const { return fBody; }
