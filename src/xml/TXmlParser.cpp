@@ -1,0 +1,465 @@
+// TXmlParser: the in-place XML tokenizer under the CIM-XML parser.
+//
+// Accepted XML, the subset that CIM-XML documents use (S is space, tab, CR or LF):
+//   document  ::= '<' ( '?' ... '?>' Misc* ( '<!DOCTYPE' [^>]* '>' S* Misc* )? )? element Misc*
+//   Misc      ::= S+ | '<!--' ... '-->' | '<?' ... '?>'    (anything else after the root is ignored)
+//   element   ::= '<' Name ( S+ Attribute )* S* ( '/>' | '>' content '</' Name S* '>' )
+//   Attribute ::= Name S* '=' S* ( '"' [^<&"]* '"' | "'" [^<&']* "'" )
+//   content   ::= ( text | Reference | element | '<!--' ... '-->' | '<?' ... '?>' )*
+//   Reference ::= '&' ( 'amp' | 'lt' | 'gt' | 'quot' | 'apos' ) ';'   (any case)
+//               | '&#' [0-9]+ ';' | '&#x' [0-9a-fA-F]+ ';'          (low byte of the value)
+//   Name      ::= [A-Za-z_:] [A-Za-z0-9._:-]*
+// No byte-order mark or leading whitespace, no CDATA, no DTD subset, no charset decoding;
+// attribute names are lower-cased, and an end tag only has to begin with the start tag's name.
+#include "TXmlParser.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+static const char kBeforeProlog[] = "Unexpected character before prolog";
+static const char kInDoctype[] = "Unexpected character in doctypedecl";
+static const char kBeforeElement[] = "Unexpected character before element";
+static const char kInvalidName[] = "Invalid element/attribute name";
+static const char kBetweenNameAndValue[] = "Unexpected character between attribute name and value";
+static const char kAfterEquals[] = "Unexpected character after equals of attribute name";
+static const char kInAttributeValue[] = "Unexpected character in attribute value";
+static const char kAttributeTwice[] = "Attribute appears twice";
+static const char kBeforeEndOfElement[] = "Unexpected character before end of element";
+static const char kWhereElementExpected[] = "Unexpected character where element expected";
+static const char kNamesDontMatch[] = "Start and end element names don't match";
+static const char kUnknownEntity[] = "Unknown entity reference";
+static const char kInvalidHex[] = "Invalid hex character";
+
+typedef std::map<std::string, std::string> TAttributeMap;
+// Map nodes taken back after each start tag, so that steady-state parsing allocates nothing.
+typedef std::vector<TAttributeMap::node_type> TNodePool;
+
+enum {
+  kSpace = 1,      // ends a whitespace run
+  kName = 2,       // may continue a name
+  kNameStart = 4,  // may begin a name
+  kTextEnd = 8,    // ends character data: NUL, '<', '&'
+  kValueEnd = 16,  // may end an attribute value: NUL, '<', '&' and both quotation marks
+};
+static const unsigned char W = kSpace, N = kName, L = kName | kNameStart, E = kTextEnd | kValueEnd,
+                           Q = kValueEnd;
+
+static const unsigned char kCharType[256] = {
+  E, 0, 0, 0, 0, 0, 0, 0, 0, W, W, 0, 0, W, 0, 0,  // 0x00: NUL ends everything; \t \n \r
+  0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,  // 0x10: controls
+  W, 0, Q, 0, 0, 0, E, Q, 0, 0, 0, 0, 0, N, N, 0,  // 0x20: space " & ' - .
+  N, N, N, N, N, N, N, N, N, N, L, 0, E, 0, 0, 0,  // 0x30: digits : <
+  0, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L,  // 0x40: A-O
+  L, L, L, L, L, L, L, L, L, L, L, 0, 0, 0, 0, L,  // 0x50: P-Z _
+  0, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L,  // 0x60: a-o
+  L, L, L, L, L, L, L, L, L, L, L, 0, 0, 0, 0, 0,  // 0x70: p-z
+  0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,  // 0x80-0xff: bytes of other
+  0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,  // charsets pass through as text
+  0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,  // and end names
+  0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+  0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+  0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+  0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+  0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+};
+
+static inline bool Is(char c, unsigned char type) {
+  return kCharType[static_cast<unsigned char>(c)] & type;
+}
+
+// The first byte at or after p that has one of the bits; every scan stops at the NUL.
+static inline char* ScanTo(char* p, unsigned char type) {
+  for (;;) {
+    if (Is(p[0], type)) return p;
+    if (Is(p[1], type)) return p + 1;
+    if (Is(p[2], type)) return p + 2;
+    if (Is(p[3], type)) return p + 3;
+    p += 4;
+  }
+}
+
+static inline char* SkipWhile(char* p, unsigned char type) {
+  while (Is(*p, type))
+    ++p;
+  return p;
+}
+
+// The end of the name at p, or null when p does not begin a name.
+static inline char* ScanName(char* p) {
+  return Is(*p, kNameStart) ? SkipWhile(p + 1, kName) : nullptr;
+}
+
+// Moves pos just past the first terminator at or after from; false (pos kept) if none.
+static bool SkipPast(char*& pos, const char* from, const char* terminator) {
+  char* found = std::strstr(const_cast<char*>(from), terminator);
+  if (!found)
+    return false;
+  pos = found + std::strlen(terminator);
+  return true;
+}
+
+namespace {
+// Writes a NUL over one byte and puts the byte back on every way out of the scope.
+class TTerminator {
+public:
+  explicit TTerminator(char* at) : fAt(at), fSaved(*at) { *at = '\0'; }
+  ~TTerminator() { *fAt = fSaved; }
+  TTerminator(TTerminator const&) = delete;
+  TTerminator& operator=(TTerminator const&) = delete;
+
+private:
+  char* fAt;
+  char fSaved;
+};
+
+// An element whose content is being read. Its name is terminated only during callbacks.
+struct TOpenElement {
+  const char* fName;
+  size_t fLength;
+};
+}  // namespace
+
+static bool InsertAttribute(TAttributeMap& attributes, TNodePool& spare, const char* name,
+                            size_t nameLength, const char* value, size_t valueLength) {
+  if (spare.empty())
+    return attributes
+        .emplace(std::piecewise_construct, std::forward_as_tuple(name, nameLength),
+                 std::forward_as_tuple(value, valueLength))
+        .second;
+  TAttributeMap::node_type node = std::move(spare.back());
+  spare.pop_back();
+  node.key().assign(name, nameLength);
+  node.mapped().assign(value, valueLength);
+  TAttributeMap::insert_return_type result = attributes.insert(std::move(node));
+  if (!result.inserted)
+    spare.push_back(std::move(result.node));
+  return result.inserted;
+}
+
+static void RecycleAttributes(TAttributeMap& attributes, TNodePool& spare) {
+  while (!attributes.empty())
+    spare.push_back(attributes.extract(attributes.begin()));
+}
+
+// Reads the attributes of a start tag from just after its name; stops before "/", ">" or
+// anything not preceded by whitespace. Returns the message of the first error, or null;
+// pos is left at the end or at the offending byte.
+static const char* ReadAttributes(char*& pos, TAttributeMap& attributes, TNodePool& spare) {
+  char* p = pos;
+  for (;;) {
+    char* name = SkipWhile(p, kSpace);
+    if (name == p || *name == '/' || *name == '>') {
+      pos = name;
+      return nullptr;
+    }
+    char* nameEnd = ScanName(name);
+    if (!nameEnd) {
+      pos = name;
+      return kInvalidName;
+    }
+    p = SkipWhile(nameEnd, kSpace);
+    if (*p != '=') {
+      pos = p;
+      return kBetweenNameAndValue;
+    }
+    p = SkipWhile(p + 1, kSpace);
+    char quote = *p;
+    if (quote != '"' && quote != '\'') {
+      pos = p;
+      return kAfterEquals;
+    }
+    char* value = ++p;
+    for (;;) {
+      p = ScanTo(p, kValueEnd);
+      if (*p == quote || *p != (quote == '"' ? '\'' : '"'))
+        break;
+      ++p;
+    }
+    if (*p != quote) {
+      pos = p;
+      return kInAttributeValue;
+    }
+    for (char* c = name; c != nameEnd; ++c)
+      if (static_cast<unsigned char>(*c - 'A') < 26)
+        *c += 'a' - 'A';
+    bool added = InsertAttribute(attributes, spare, name, nameEnd - name, value, p - value);
+    ++p;
+    if (!added) {
+      pos = p;
+      return kAttributeTwice;
+    }
+  }
+}
+
+static int DigitValue(char c, unsigned base) {
+  if (c >= '0' && c <= '9')
+    return c - '0';
+  if (base == 16 && (c | 0x20) >= 'a' && (c | 0x20) <= 'f')
+    return (c | 0x20) - 'a' + 10;
+  return -1;
+}
+
+static bool MatchesNoCase(const char* p, const char* lower) {
+  for (; *lower; ++p, ++lower)
+    if ((*p >= 'A' && *p <= 'Z' ? *p + ('a' - 'A') : *p) != *lower)
+      return false;
+  return true;
+}
+
+// Reads the reference at pos ('&') into one byte. Returns the message of an error, or null;
+// pos is left after the ';' or at the offending byte.
+static const char* ReadReference(char*& pos, char& byte) {
+  static const struct {
+    const char* fName;
+    char fByte;
+  } kEntities[] = {{"amp;", '&'}, {"lt;", '<'}, {"gt;", '>'}, {"quot;", '"'}, {"apos;", '\''}};
+  char* p = pos + 1;
+  if (*p != '#') {
+    pos = p;
+    for (auto const& entity : kEntities)
+      if (MatchesNoCase(p, entity.fName)) {
+        pos = p + std::strlen(entity.fName);
+        byte = entity.fByte;
+        return nullptr;
+      }
+    return kUnknownEntity;
+  }
+  unsigned base = 10;
+  if ((*++p | 0x20) == 'x') {
+    base = 16;
+    ++p;
+  }
+  uint16_t value = 0;  // Wraps like the 16-bit accumulator it always was.
+  bool anyDigit = false;
+  for (int digit; (digit = DigitValue(*p, base)) >= 0; ++p, anyDigit = true)
+    value = static_cast<uint16_t>(value * base + digit);
+  pos = p;
+  if (*p != ';')
+    return kUnknownEntity;
+  if (!anyDigit)
+    return kInvalidHex;  // Also for "&#;": the message is shared with the hex form.
+  pos = p + 1;
+  byte = static_cast<char>(value & 0xff);  // Low byte on purpose: &#321; reads as 'A'.
+  return nullptr;
+}
+
+TXmlParser::~TXmlParser() {}
+
+void TXmlParser::Parse(char* buffer) {
+  fCurPos = fBufferStart = buffer;
+  // Results are not checked: after a FatalError that returns, the next production runs.
+  ParseProlog();
+  ParseElement();
+  while (ParseMisc()) {
+  }
+  // Whatever follows that is not misc is ignored on purpose.
+}
+
+unsigned int TXmlParser::GetCurLine() const {
+  return 1 + static_cast<unsigned int>(std::count(fBufferStart, fCurPos, '\n'));
+}
+
+char TXmlParser::GetChar() {
+  char c = *fCurPos;
+  if (c)
+    ++fCurPos;
+  return c;
+}
+
+char TXmlParser::PeekChar() const { return *fCurPos; }
+
+void TXmlParser::UngetChar() { --fCurPos; }
+
+bool TXmlParser::ParseProlog() {
+  if (*fCurPos != '<') {
+    FatalError(kBeforeProlog);
+    return false;
+  }
+  if (fCurPos[1] != '?')
+    return true;  // No declaration: the root follows at once, so no comment may precede it.
+  if (!ParseXMLDecl())
+    return false;
+  while (ParseMisc()) {
+  }
+  if (fCurPos[0] == '<' && fCurPos[1] == '!') {
+    if (!ParseDocTypeDecl())
+      return false;
+    while (ParseMisc()) {
+    }
+  }
+  return true;
+}
+
+bool TXmlParser::ParseXMLDecl() {
+  return SkipPast(fCurPos, fCurPos + 2, "?>");  // Version and encoding are not read.
+}
+
+bool TXmlParser::ParseDocTypeDecl() {
+  if (std::strncmp(fCurPos, "<!DOCTYPE", 9) != 0) {
+    FatalError(kInDoctype);
+    return false;
+  }
+  // Up to the first '>': an internal subset is not supported.
+  if (!SkipPast(fCurPos, fCurPos + 9, ">"))
+    return false;
+  SkipWhitespace();
+  return true;
+}
+
+bool TXmlParser::ParseMisc() {
+  if (*fCurPos != '<')
+    return SkipWhitespace();
+  if (fCurPos[1] == '!' && fCurPos[2] == '-')
+    return SkipComment();
+  if (fCurPos[1] == '?')
+    return ParseProcessingInstruction();
+  return false;
+}
+
+// Iterative, with the open elements on the heap: nesting depth is bounded by memory only.
+bool TXmlParser::ParseElement() {
+  std::vector<TOpenElement> open;
+  open.reserve(64);
+  TAttributeMap attributes;
+  TNodePool spare;
+  for (;;) {
+    if (*fCurPos != '<') {
+      FatalError(kBeforeElement);
+      return false;
+    }
+    char* name = ++fCurPos;
+    if (!ValidateName())
+      return false;
+    char* nameEnd = fCurPos;
+    if (const char* message = ReadAttributes(fCurPos, attributes, spare)) {
+      FatalError(message);
+      return false;
+    }
+    bool empty = *fCurPos == '/';
+    if (empty)
+      ++fCurPos;
+    if (*fCurPos != '>') {
+      FatalError(kBeforeEndOfElement);
+      return false;
+    }
+    ++fCurPos;
+    {
+      TTerminator terminator(nameEnd);
+      StartElement(name, attributes);
+      if (empty)
+        EndElement(name);
+    }
+    RecycleAttributes(attributes, spare);
+    if (!empty)
+      open.push_back(TOpenElement{name, static_cast<size_t>(nameEnd - name)});
+    else if (open.empty())
+      return true;
+
+    // Content of the innermost open element, up to a child's start tag or its end tag.
+    for (;;) {
+      if (!ParseCharData())
+        return false;
+      if (*fCurPos != '<') {
+        FatalError(kWhereElementExpected);
+        return false;
+      }
+      char next = fCurPos[1];
+      if (next == '?') {
+        if (!ParseProcessingInstruction())
+          return false;
+        continue;
+      }
+      if (next == '!') {
+        if (!SkipComment())  // No CDATA: anything after "<!" must be a comment.
+          return false;
+        continue;
+      }
+      if (next != '/')
+        break;
+
+      fCurPos += 2;
+      char* endName = fCurPos;
+      if (!ValidateName())
+        return false;
+      TOpenElement const& element = open.back();
+      // Prefix match on purpose: <abc> closes with </abcd>.
+      if (static_cast<size_t>(fCurPos - endName) < element.fLength ||
+          std::memcmp(endName, element.fName, element.fLength) != 0) {
+        FatalError(kNamesDontMatch);
+        return false;
+      }
+      SkipWhitespace();
+      if (*fCurPos != '>') {
+        FatalError(kBeforeEndOfElement);
+        return false;
+      }
+      ++fCurPos;
+      {
+        TTerminator terminator(endName + element.fLength);
+        EndElement(endName);
+      }
+      open.pop_back();
+      if (open.empty())
+        return true;
+    }
+  }
+}
+
+bool TXmlParser::ValidateName() {
+  char* end = ScanName(fCurPos);
+  if (!end) {
+    FatalError(kInvalidName);
+    return false;
+  }
+  fCurPos = end;
+  return true;
+}
+
+bool TXmlParser::ParseProcessingInstruction() {
+  if (!SkipPast(fCurPos, fCurPos + 2, "?>"))
+    return false;
+  processingInstruction("TBD", "TBD");  // Target and data are not extracted.
+  return true;
+}
+
+// Nothing calls this: notations never occur in CIM-XML.
+bool TXmlParser::ParseNotationDecl() {
+  if (!SkipPast(fCurPos, fCurPos, ">"))
+    return false;
+  notationDecl("TBD", "TBD", "TBD");
+  return true;
+}
+
+bool TXmlParser::SkipComment() {
+  return std::strncmp(fCurPos, "<!--", 4) == 0 && SkipPast(fCurPos, fCurPos + 4, "-->");
+}
+
+bool TXmlParser::SkipWhitespace() {
+  char* start = fCurPos;
+  fCurPos = SkipWhile(start, kSpace);
+  return fCurPos != start;
+}
+
+// Delivers text runs and references up to the next tag; false after an error was reported.
+bool TXmlParser::ParseCharData() {
+  for (;;) {
+    char* text = fCurPos;
+    fCurPos = ScanTo(text, kTextEnd);
+    if (fCurPos != text) {
+      TTerminator terminator(fCurPos);
+      characters(text, static_cast<unsigned int>(fCurPos - text));
+    }
+    if (*fCurPos != '&')
+      return true;
+    char byte[2] = {0, 0};
+    if (const char* message = ReadReference(fCurPos, byte[0])) {
+      FatalError(message);
+      return false;
+    }
+    characters(byte, 1);
+  }
+}
