@@ -49,7 +49,7 @@ TEST_F(PluginBindingTest, HandleAndPathForThePlugin) {
   char* path = nullptr;
   EXPECT_ZEL_STATUS(zelGetPluginPath(self, &path), zelStatusOK);
   ASSERT_NE(path, nullptr);
-  EXPECT_STREQ(path, "./computersystem/libcomputersystem.pi.so");
+  EXPECT_EQ(std::string(path), fPluginDir + "/computersystem/libcomputersystem.pi.so");
   EXPECT_EQ(path, self->GetPluginPath()); // The core's own copy.
   EXPECT_ZEL_STATUS(zelGetPluginPath(self, nullptr), zelStatusFail);
   EXPECT_LOGGED("ZEL_KAPLA_ComputerSystem: [Error] zelGetPluginPath: NULL path parameter");

@@ -34,12 +34,18 @@ protected:
     char cwd[4096];
     ASSERT_NE(getcwd(cwd, sizeof cwd), nullptr);
     fOldDir = cwd;
-    ASSERT_EQ(TPluginManager::Initialize("."), zelStatusOK);
+    // The loader knows a library by the path it was given: every test needs its own
+    // spelling, so that its copies are loaded afresh. Counted, not random, so no "lib" can
+    // turn up in a directory name.
+    static int sTests = 0;
+    std::string name = "plugins" + std::to_string(++sTests);
+    fPluginDir = "../" + name;
+    std::filesystem::create_directory(TempPath(name));
+    ASSERT_EQ(chdir(TempPath(name).c_str()), 0); // Where FindPlugins must run.
+    ASSERT_EQ(TPluginManager::Initialize(fPluginDir), zelStatusOK);
     ASSERT_EQ(TQueryManager::Initialize(), zelStatusOK);
     fManager = TPluginManager::GetInstance();
     fSchema = fManager->GetSchema();
-    std::filesystem::create_directory(TempPath("plugins"));
-    ASSERT_EQ(chdir(TempPath("plugins").c_str()), 0);
   }
 
   void TearDown() override {
@@ -66,8 +72,8 @@ protected:
   }
 
   /// Where the manager finds a staged plugin's library.
-  static std::string PluginPath(std::string const& name) {
-    return "./" + name + "/lib" + name + ".pi.so";
+  std::string PluginPath(std::string const& name) const {
+    return fPluginDir + "/" + name + "/lib" + name + ".pi.so";
   }
 
   /// Loads the shared schema, stages the plugins and loads them all.
@@ -132,6 +138,7 @@ protected:
   }
 
   std::string fOldDir;
+  std::string fPluginDir; ///< The manager's directory, relative to the current one.
   TPluginManager* fManager = nullptr;
   TContainer* fSchema = nullptr;
 };
