@@ -1,0 +1,163 @@
+// Properties: own and previous values, defaults, and the type and referenced-class checks.
+#include "ZelTest.h"
+#include "helpers.h"
+
+#include "TCIMProperty.h"
+
+class PropertyTest : public ZelTest {
+protected:
+  PropertyTest() {
+    DeclareStandardQualifiers(fContainer);
+    fThing = &KeyedClass(fContainer, "Zel_Thing");
+    fCount = &Property(*fThing, "Count", TCIMValue(7u));
+    fBytes = &Property(*fThing, "Bytes", TCIMValue(T::kUint8, 4));
+    fDevice = &KeyedClass(fContainer, "Zel_Device");
+    fDisk = &KeyedClass(fContainer, "Zel_Disk", fDevice);
+    fSubDisk = &KeyedClass(fContainer, "Zel_SubDisk", fDisk);
+    TCIMClass& link = NewClass(fContainer, "Zel_Link");
+    Qualify(link, fContainer, "ASSOCIATION", TCIMValue(true));
+    fTarget = &ReferenceProperty(link, "Target", *fDisk);
+    link.AddToContainer();
+  }
+
+  static TCIMValue Pointing(TCIMClass& cls) {
+    TCIMValue value(T::kReference, 0);
+    value.SetReferencedClass(cls);
+    return value;
+  }
+
+  TContainer fContainer;
+  TCIMClass* fThing;
+  TCIMPropertyDecl* fCount;
+  TCIMPropertyDecl* fBytes;
+  TCIMClass* fDevice;
+  TCIMClass* fDisk;
+  TCIMClass* fSubDisk;
+  TCIMPropertyDecl* fTarget;
+};
+
+TEST_F(PropertyTest, DefaultUntilAValueIsSet) {
+  TCIMProperty count(*fCount);
+  EXPECT_EQ("Count", count.GetName());
+  EXPECT_EQ(&*fCount, &count.GetDeclaration());
+  EXPECT_EQ(T::kUint32, count.GetType());
+  EXPECT_FALSE(count.IsArray());
+  EXPECT_TRUE(count.GetPropagated());
+  EXPECT_EQ(7u, static_cast<unsigned int>(count.GetValue()));
+  count.SetValue(TCIMValue(9u));
+  EXPECT_FALSE(count.GetPropagated());
+  EXPECT_EQ(9u, static_cast<unsigned int>(count.GetValue()));
+  EXPECT_EQ(7u, static_cast<unsigned int>(fCount->GetValue())); // The default is untouched.
+
+  TCIMProperty bytes(*fBytes);
+  EXPECT_TRUE(bytes.IsArray());
+  EXPECT_EQ(T::kUint8 | T::kArray, bytes.GetType());
+}
+
+TEST_F(PropertyTest, PreviousValueStates) {
+  TCIMProperty count(*fCount, TCIMValue(9u));
+  EXPECT_FALSE(count.IsPrevValueDifferent());
+  EXPECT_EQ(9u, static_cast<unsigned int>(count.GetPrevValue())); // Same as the value.
+  count.SetPrevValue(TCIMValue(3u));
+  EXPECT_TRUE(count.IsPrevValueDifferent());
+  EXPECT_EQ(3u, static_cast<unsigned int>(count.GetPrevValue()));
+  count.SetPrevValue(); // Did not exist before.
+  EXPECT_TRUE(count.GetPrevValue().IsNull());
+  EXPECT_EQ(9u, static_cast<unsigned int>(count.GetValue()));
+  count.SetPrevValue(TCIMValue(T::kString, 0)); // A NULL of any type is accepted.
+  EXPECT_TRUE(count.GetPrevValue().IsNull());
+}
+
+TEST_F(PropertyTest, TypesMustMatchExactly) {
+  TCIMProperty count(*fCount, TCIMValue(9u));
+  EXPECT_ZEL_THROW(count.SetValue(TCIMValue((unsigned short)9)), zelStatusTypeMismatch);
+  EXPECT_LOGGED("ZEL_Core: [Error] SetValue: decl is type uint32 but value is type uint16");
+  EXPECT_ZEL_THROW(count.SetValue(TCIMValue(T::kString, 0)), zelStatusTypeMismatch);
+  EXPECT_LOGGED("ZEL_Core: [Error] SetValue: decl is type uint32 but value is type string");
+  EXPECT_ZEL_THROW(count.SetPrevValue(TCIMValue("9")), zelStatusTypeMismatch);
+  EXPECT_LOGGED("ZEL_Core: [Error] SetPrevValue: decl is type uint32 but value is type string");
+  EXPECT_EQ(9u, static_cast<unsigned int>(count.GetValue()));
+  EXPECT_FALSE(count.IsPrevValueDifferent());
+
+  TCIMProperty bytes(*fBytes);
+  EXPECT_ZEL_THROW(bytes.SetValue(TCIMValue((unsigned char)1)), zelStatusTypeMismatch);
+  EXPECT_LOGGED("ZEL_Core: [Error] SetValue: decl is type uint8 but value is type uint8");
+  std::vector<TCIMValue> two(2, TCIMValue((unsigned char)1));
+  bytes.SetValue(TCIMValue(T::kUint8, 4, two));
+  EXPECT_EQ("{ 1, 1 }", bytes.GetValue().ToString(10));
+  EXPECT_ZEL_THROW((void)TCIMProperty(*fCount, TCIMValue(1)), zelStatusTypeMismatch);
+}
+
+TEST_F(PropertyTest, ReferencesMustPointAtTheDeclaredClassOrBelow) {
+  TCIMProperty target(*fTarget);
+  EXPECT_NO_THROW(target.SetValue(Pointing(*fDisk)));
+  EXPECT_NO_THROW(target.SetValue(Pointing(*fSubDisk)));
+  EXPECT_ZEL_THROW(target.SetValue(Pointing(*fDevice)), zelStatusTypeMismatch);
+  EXPECT_LOGGED("ZEL_Core: [Error] SetValue: decl references type Zel_Disk but value "
+                "references Zel_Device");
+  EXPECT_EQ(fSubDisk, target.GetValue().GetReferencedClass());
+  EXPECT_ZEL_THROW(target.SetValue(TCIMValue(T::kReference, 0)), zelStatusTypeMismatch);
+  EXPECT_LOGGED("ZEL_Core: [Error] SetValue: decl references type Zel_Disk but value "
+                "references ");
+
+  TCIMInstance* device = fContainer.AllocateInstance(fDevice);
+  device->SetPropertyValue("Name", TCIMValue("d"));
+  device->AddToContainer();
+  TCIMValue real(PathTo(*fDevice, "d"));
+  EXPECT_ZEL_THROW(target.SetPrevValue(real), zelStatusTypeMismatch);
+  EXPECT_LOGGED("ZEL_Core: [Error] SetPrevValue: decl references type Zel_Disk but value "
+                "references Zel_Device");
+}
+
+TEST_F(PropertyTest, CopiesAreDeep) {
+  TCIMProperty count(*fCount, TCIMValue(9u));
+  count.SetPrevValue(TCIMValue(3u));
+  TCIMProperty copy(count);
+  EXPECT_NE(copy.GetBody(), count.GetBody());
+  EXPECT_TRUE(copy.IsPrevValueDifferent());
+  EXPECT_EQ(3u, static_cast<unsigned int>(copy.GetPrevValue()));
+  copy.SetValue(TCIMValue(1u));
+  EXPECT_EQ(9u, static_cast<unsigned int>(count.GetValue()));
+
+  TCIMProperty fresh(*fCount);
+  fresh = count;
+  EXPECT_EQ(9u, static_cast<unsigned int>(fresh.GetValue()));
+  fresh = fresh;
+  EXPECT_FALSE(fresh.GetPropagated());
+  TCIMProperty defaulted(*fCount);
+  fresh = defaulted;
+  EXPECT_TRUE(fresh.GetPropagated());
+  EXPECT_FALSE(fresh.IsPrevValueDifferent());
+}
+
+TEST_F(PropertyTest, ComparesByNameThenOwnValue) {
+  TCIMProperty nine(*fCount, TCIMValue(9u));
+  TCIMProperty alsoNine(*fCount, TCIMValue(9u));
+  TCIMProperty three(*fCount, TCIMValue(3u));
+  TCIMPropertyDecl& other = Property(*fThing, "COUNT2", TCIMValue(0u));
+  TCIMProperty second(other, TCIMValue(1u));
+  EXPECT_TRUE(nine == alsoNine);
+  EXPECT_FALSE(nine == three);
+  EXPECT_TRUE(three < nine);
+  EXPECT_FALSE(nine < three);
+  EXPECT_TRUE(nine < second); // "count" < "count2" whatever the values.
+  EXPECT_FALSE(second < three);
+}
+
+TEST_F(PropertyTest, PlainDisplayTexts) {
+  TCIMProperty count(*fCount);
+  EXPECT_EQ("7", count.ToString());
+  TCIMProperty bytes(*fBytes);
+  EXPECT_EQ("", bytes.ToString());
+  EXPECT_TRUE(bytes.ToStringVector().empty());
+  std::vector<TCIMValue> values;
+  values.push_back(TCIMValue((unsigned char)1));
+  values.push_back(TCIMValue((unsigned char)255));
+  bytes.SetValue(TCIMValue(T::kUint8, 4, values));
+  std::vector<std::string> texts = bytes.ToStringVector();
+  ASSERT_EQ(2u, texts.size());
+  EXPECT_EQ("255", texts[1]);
+  bytes.SetPrevValue();
+  EXPECT_EQ("", bytes.PrevToString());
+  EXPECT_TRUE(bytes.PrevToStringVector().empty());
+}
