@@ -1,0 +1,58 @@
+/* The network plugin: the interfaces of /sys/class/net with address, speed, MTU, state and
+ * driver, and in the second pass their association with the computer system. */
+#include "zelplugin.h"
+
+#include <dirent.h>
+#include <limits.h>
+#include <unistd.h>
+
+static int ReadNetFile(const char* adapter, const char* file, char* value, size_t size) {
+  char path[PATH_MAX];
+  snprintf(path, sizeof path, "/sys/class/net/%s/%s", adapter, file);
+  return ZelPluginReadLine(path, value, size);
+}
+
+static zelStatusCode AddAdapter(zelIOHandle* io, const char* adapter) {
+  char value[256];
+  char path[PATH_MAX];
+  char target[PATH_MAX];
+  ssize_t length;
+  zelStatusCode status = ZelPluginOpenInstance(io, "KAPLA_NetworkAdapter", "DeviceID", adapter);
+  if (status != zelStatusOK)
+    return status;
+  zelAddStringProperty(io, "Name", adapter);
+  if (ReadNetFile(adapter, "address", value, sizeof value))
+    zelAddStringProperty(io, "PermanentAddress", value);
+  /* Mb/s; unreadable or -1 while the link is down or for virtual devices: left NULL. */
+  if (ReadNetFile(adapter, "speed", value, sizeof value) && atol(value) > 0)
+    zelAddUint64Property(io, "Speed", (uint64_t)atol(value) * 1000000u);
+  if (ReadNetFile(adapter, "mtu", value, sizeof value))
+    zelAddUint32Property(io, "MTU", (uint32_t)strtoul(value, NULL, 10));
+  if (ReadNetFile(adapter, "operstate", value, sizeof value))
+    zelAddStringProperty(io, "LinkState", value);
+  snprintf(path, sizeof path, "/sys/class/net/%s/device/driver", adapter);
+  length = readlink(path, target, sizeof target - 1);
+  if (length > 0) {
+    const char* slash;
+    target[length] = '\0';
+    slash = strrchr(target, '/');
+    zelAddStringProperty(io, "Driver", slash ? slash + 1 : target);
+  }
+  return ZelPluginKeepPart(adapter);
+}
+
+static zelStatusCode AddAdapters(zelIOHandle* io) {
+  struct dirent* entry;
+  zelStatusCode status = zelStatusOK;
+  DIR* directory = opendir("/sys/class/net");
+  if (!directory)
+    return zelStatusOK;
+  while (status == zelStatusOK && (entry = readdir(directory)) != NULL) {
+    if (entry->d_name[0] != '.')
+      status = AddAdapter(io, entry->d_name);
+  }
+  closedir(directory);
+  return status;
+}
+
+ZEL_PARTS_PLUGIN("Network", "KAPLA_NetworkAdapter", "KAPLA_SystemNetworkAdapter", "DeviceID", AddAdapters)
