@@ -38,6 +38,88 @@ static std::string LowerCaseName(const char* name) {
   throw TZELException(e.GetCode());
 }
 
+// The decimal integer that stream extraction would read, when the text makes the result
+// certain: optional white space, a minus sign where allowed, then 1 to 18 digits followed by
+// a non-digit. Anything else (a plus sign, more digits) is left to the stream.
+static bool ReadPlainInteger(const std::string& text, bool allowMinus, long long& value) {
+  const char* p = text.c_str();
+  while (*p == ' ' || (*p >= '\t' && *p <= '\r'))
+    ++p;
+  bool negative = allowMinus && *p == '-';
+  if (negative)
+    ++p;
+  const char* digits = p;
+  unsigned long long number = 0;
+  for (; *p >= '0' && *p <= '9'; ++p) {
+    if (p - digits == 18)
+      return false;
+    number = number * 10 + static_cast<unsigned long long>(*p - '0');
+  }
+  if (p == digits)
+    return false;
+  value = negative ? -static_cast<long long>(number) : static_cast<long long>(number);
+  return true;
+}
+
+// The common VALUE texts (plain integers, true and false, strings) read without a stream;
+// the same results as the TCIMValue text constructor, which takes every other case.
+static bool ReadPlainValue(TCIMValue::TCIMType type, const std::string& text, TCIMValue& value) {
+  typedef TCIMValue::TCIMType T;
+  long long n = 0;
+  switch (static_cast<T::ECIMType>(type)) {
+  case T::kString:
+    value = TCIMValue(text);
+    return true;
+  case T::kBoolean:
+    if (text != "true" && text != "false")
+      return false;
+    value = TCIMValue(text == "true");
+    return true;
+  case T::kUint8:  // read as unsigned int, then cut to 8 bits
+    if (!ReadPlainInteger(text, false, n) || n > 4294967295LL)
+      return false;
+    value = TCIMValue(static_cast<unsigned char>(n));
+    return true;
+  case T::kSint8:  // read as int, then cut to 8 bits
+    if (!ReadPlainInteger(text, true, n) || n < -2147483648LL || n > 2147483647LL)
+      return false;
+    value = TCIMValue(static_cast<signed char>(n));
+    return true;
+  case T::kUint16:
+    if (!ReadPlainInteger(text, false, n) || n > 65535)
+      return false;
+    value = TCIMValue(static_cast<unsigned short>(n));
+    return true;
+  case T::kSint16:
+    if (!ReadPlainInteger(text, true, n) || n < -32768 || n > 32767)
+      return false;
+    value = TCIMValue(static_cast<short>(n));
+    return true;
+  case T::kUint32:
+    if (!ReadPlainInteger(text, false, n) || n > 4294967295LL)
+      return false;
+    value = TCIMValue(static_cast<unsigned int>(n));
+    return true;
+  case T::kSint32:
+    if (!ReadPlainInteger(text, true, n) || n < -2147483648LL || n > 2147483647LL)
+      return false;
+    value = TCIMValue(static_cast<int>(n));
+    return true;
+  case T::kUint64:
+    if (!ReadPlainInteger(text, false, n))
+      return false;
+    value = TCIMValue(static_cast<unsigned long>(n));
+    return true;
+  case T::kSint64:
+    if (!ReadPlainInteger(text, true, n))
+      return false;
+    value = TCIMValue(static_cast<long>(n));
+    return true;
+  default:
+    return false;
+  }
+}
+
 bool ZelIsKeyDecl(const TCIMPropertyDecl& decl) {
   TCIMQualifier* key = decl.FindQualifier("KEY");
   if (!key)
@@ -114,6 +196,9 @@ unsigned int TCIMXMLParser::ConvertUnsignedInt(std::string& text) {
 }
 
 TCIMValue TCIMXMLParser::ParseValue(TCIMValue::TCIMType type, std::string& text) {
+  TCIMValue value;
+  if (ReadPlainValue(type, text, value))
+    return value;
   if (type != TCIMValue::TCIMType::kDateTime)
     return TCIMValue(type, text, *fContainer);
   try {
@@ -328,7 +413,7 @@ void TCIMXMLParser::TStateDeclGroupWithPath::StartElement(TCIMXMLParser& parser,
 // <!ELEMENT QUALIFIER.DECLARATION (SCOPE,(VALUE|VALUE.ARRAY)?)>
 // <!ATTLIST QUALIFIER.DECLARATION %CIMName; %CIMType; #REQUIRED ISARRAY (true|false) #IMPLIED
 //           %ArraySize; %QualifierFlavor;>
-// Phases: 0 SCOPE (required here), 1 the default value.
+// Phases: 0 SCOPE (required here), 1 the default value, 2 done.
 TCIMXMLParser::TStateQualifierDeclaration::TStateQualifierDeclaration()
     : fIsArray(false), fIsArrayGiven(false), fArraySize(0), fFlavor(0), fScope(0),
       fValueRead(false), fPhase(0) {}
@@ -367,7 +452,10 @@ void TCIMXMLParser::TStateQualifierDeclaration::StartElement(TCIMXMLParser& pars
     else
       parser.UnexpectedElement(name);
     fValueRead = true;
+    fPhase = 2;
     return;
+  case 2:
+    parser.UnexpectedElement(name);
   default:
     parser.FatalError(kStateCorrupt);
   }

@@ -71,22 +71,21 @@ static inline bool Is(char c, unsigned char type) {
   return kCharType[static_cast<unsigned char>(c)] & type;
 }
 
-// The first byte at or after p that has one of the bits; every scan stops at the NUL.
-static inline char* ScanTo(char* p, unsigned char type) {
+// The first byte at or after p that has (or, with want false, lacks) one of the bits. Every
+// scan stops at the NUL, which has the end bits and no others.
+template <bool want>
+static inline char* Scan(char* p, unsigned char type) {
   for (;;) {
-    if (Is(p[0], type)) return p;
-    if (Is(p[1], type)) return p + 1;
-    if (Is(p[2], type)) return p + 2;
-    if (Is(p[3], type)) return p + 3;
+    if (Is(p[0], type) == want) return p;
+    if (Is(p[1], type) == want) return p + 1;
+    if (Is(p[2], type) == want) return p + 2;
+    if (Is(p[3], type) == want) return p + 3;
     p += 4;
   }
 }
 
-static inline char* SkipWhile(char* p, unsigned char type) {
-  while (Is(*p, type))
-    ++p;
-  return p;
-}
+static inline char* ScanTo(char* p, unsigned char type) { return Scan<true>(p, type); }
+static inline char* SkipWhile(char* p, unsigned char type) { return Scan<false>(p, type); }
 
 // The end of the name at p, or null when p does not begin a name.
 static inline char* ScanName(char* p) {
@@ -125,19 +124,22 @@ struct TOpenElement {
 
 static bool InsertAttribute(TAttributeMap& attributes, TNodePool& spare, const char* name,
                             size_t nameLength, const char* value, size_t valueLength) {
-  if (spare.empty())
-    return attributes
-        .emplace(std::piecewise_construct, std::forward_as_tuple(name, nameLength),
-                 std::forward_as_tuple(value, valueLength))
-        .second;
+  // The end hint saves the search when names come in ascending order, as they mostly do.
+  size_t before = attributes.size();
+  if (spare.empty()) {
+    attributes.emplace_hint(attributes.end(), std::piecewise_construct,
+                            std::forward_as_tuple(name, nameLength),
+                            std::forward_as_tuple(value, valueLength));
+    return attributes.size() != before;
+  }
   TAttributeMap::node_type node = std::move(spare.back());
   spare.pop_back();
   node.key().assign(name, nameLength);
   node.mapped().assign(value, valueLength);
-  TAttributeMap::insert_return_type result = attributes.insert(std::move(node));
-  if (!result.inserted)
-    spare.push_back(std::move(result.node));
-  return result.inserted;
+  attributes.insert(attributes.end(), std::move(node));
+  if (!node.empty())  // Not inserted: the name was there already.
+    spare.push_back(std::move(node));
+  return attributes.size() != before;
 }
 
 static void RecycleAttributes(TAttributeMap& attributes, TNodePool& spare) {
