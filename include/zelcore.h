@@ -42,6 +42,7 @@ typedef ZEL_ENUM(zelLogSeverity) {
 #ifdef __cplusplus
 class TCIMDateTime;
 class TCIMReference;
+class TCIMValue;
 class TCPluginCallbacks;
 class IPlugin;
 struct zelCIMValueArray;
@@ -49,11 +50,40 @@ struct zelIOHandle;
 #else
 typedef struct TCIMDateTime TCIMDateTime;
 typedef struct TCIMReference TCIMReference;
+typedef struct TCIMValue TCIMValue;
 typedef struct TCPluginCallbacks TCPluginCallbacks;
 typedef struct IPlugin IPlugin;
 typedef struct zelCIMValueArray zelCIMValueArray;
 typedef struct zelIOHandle zelIOHandle;
 #endif
+
+/* A plugin's identity, returned by value from its GetInfo callback. The strings stay the
+ * plugin's and must remain valid; the core copies them at each call. */
+typedef struct zelPluginInfo {
+  const char* Name;             /* stamped on its classes as PLUGINNAME */
+  const char* Version;          /* stamped as PLUGINVERSION */
+  const char* InterfaceVersion; /* the plugin interface the plugin was written for */
+  int32_t Type;                 /* 0 collects; 0 and 1 have a specification document */
+  int32_t URLType;              /* passed through, not interpreted */
+} zelPluginInfo;
+
+/* The table a plugin fills and hands to zelRegisterPlugin; it is copied, so it need not
+ * outlive the call. self is the handle zelRegisterPlugin returned. A non-zero status fails
+ * the step. */
+typedef struct zelPluginCallbacks {
+  void (*Reserved)(void); /* never called; may be NULL */
+  /* Once, after the library is loaded and its path is known (zelGetPluginPath). */
+  zelStatusCode (*Init)(TCPluginCallbacks* self);
+  zelStatusCode (*DeInit)(TCPluginCallbacks* self);
+  /* Collects the named classes through the zelAdd... functions; the names are valid for
+   * the call only. */
+  zelStatusCode (*GetData)(TCPluginCallbacks* self, zelIOHandle* io, const char** classNames,
+                           int classCount);
+  /* Asked afresh on every use: nothing is cached. */
+  zelPluginInfo (*GetInfo)(TCPluginCallbacks* self);
+  /* Last call; on success the core deletes self. */
+  zelStatusCode (*PrepareForUnload)(TCPluginCallbacks* self);
+} zelPluginCallbacks;
 
 ZEL_BEGIN_DECL
 
@@ -118,6 +148,49 @@ ZEL_API zelStatusCode zelReferenceAddReference(TCIMReference* ref, const char* k
                                                TCIMReference* value);
 ZEL_API zelStatusCode zelReferenceAddDateTime(TCIMReference* ref, const char* key,
                                               TCIMDateTime* value);
+
+/* Plugin registration: call zelRegisterPlugin from the library's load-time code; NULL
+ * arguments abort the process. */
+ZEL_API zelStatusCode zelRegisterPlugin(zelPluginCallbacks* callbacks,
+                                        TCPluginCallbacks** pluginHandle);
+ZEL_API zelStatusCode zelGetHandle(TCPluginCallbacks* self, IPlugin** handle);
+/* The library's path, owned by the core; NULL before Init. */
+ZEL_API zelStatusCode zelGetPluginPath(TCPluginCallbacks* self, char** path);
+
+/* Collection, inside GetData: zelAddClass opens an instance (committing the open one) and
+ * the property functions fill it; the core commits the last one when GetData succeeds. */
+ZEL_API zelStatusCode zelAddClass(zelIOHandle* handle, const char* className);
+/* value is text, converted to the declared type of the property. */
+ZEL_API zelStatusCode zelAddProperty(zelIOHandle* handle, const char* name, const char* value);
+ZEL_API zelStatusCode zelAddCIMValueProperty(zelIOHandle* handle, const char* name,
+                                             const TCIMValue* value);
+ZEL_API zelStatusCode zelAddBooleanProperty(zelIOHandle* handle, const char* name, int value);
+ZEL_API zelStatusCode zelAddUint8Property(zelIOHandle* handle, const char* name, uint8_t value);
+ZEL_API zelStatusCode zelAddSint8Property(zelIOHandle* handle, const char* name, int8_t value);
+ZEL_API zelStatusCode zelAddUint16Property(zelIOHandle* handle, const char* name,
+                                           uint16_t value);
+ZEL_API zelStatusCode zelAddSint16Property(zelIOHandle* handle, const char* name,
+                                           int16_t value);
+ZEL_API zelStatusCode zelAddUint32Property(zelIOHandle* handle, const char* name,
+                                           uint32_t value);
+ZEL_API zelStatusCode zelAddSint32Property(zelIOHandle* handle, const char* name,
+                                           int32_t value);
+ZEL_API zelStatusCode zelAddUint64Property(zelIOHandle* handle, const char* name,
+                                           uint64_t value);
+ZEL_API zelStatusCode zelAddSint64Property(zelIOHandle* handle, const char* name,
+                                           int64_t value);
+ZEL_API zelStatusCode zelAddStringProperty(zelIOHandle* handle, const char* name,
+                                           const char* value);
+/* handle must hold an open instance and name a declared array property: neither is checked. */
+ZEL_API zelStatusCode zelAddArrayProperty(zelIOHandle* handle, const char* name,
+                                          zelCIMValueArray* pArray);
+ZEL_API zelStatusCode zelAddReferenceProperty(zelIOHandle* handle, const char* name,
+                                              TCIMReference* pRef);
+ZEL_API zelStatusCode zelAddDateTimeProperty(zelIOHandle* handle, const char* name,
+                                             TCIMDateTime* pDateTime);
+/* The examined system's identity, computed once; the text is the core's, never freed. */
+ZEL_API zelStatusCode zelGetSystemName(char** name);
+ZEL_API zelStatusCode zelGetSystemCreationClassName(char** name);
 
 /* Writes one log line; handle is the plugin's own handle, or NULL for the core. */
 ZEL_API void zelWriteLog(TCPluginCallbacks* handle, zelLogSeverity severity, const char* text);

@@ -2,9 +2,11 @@
 #include "TRootObject.h"
 
 #include "TLogger.h"
+#include "TPluginManager.h"
+#include "TQueryManager.h"
 
-IQueryManager* TRootObject::GetQueryManager() { return 0; }
+IQueryManager* TRootObject::GetQueryManager() { return TQueryManager::GetInstance(); }
 
-IPluginManager* TRootObject::GetPluginManager() { return 0; }
+IPluginManager* TRootObject::GetPluginManager() { return TPluginManager::GetInstance(); }
 
 ILogger* TRootObject::GetCoreLogger() { return TLogger::GetInstance(); }

@@ -2,13 +2,24 @@
 #include "cwrappers.h"
 
 #include "ILogger.h"
+#include "IPluginManager.h"
+#include "TCIMClass.h"
 #include "TCIMDateTime.h"
+#include "TCIMInstance.h"
+#include "TCIMPropertyDecl.h"
 #include "TCIMReference.h"
+#include "TCIMSchemaHelper.h"
+#include "TCPluginCallbacks.h"
+#include "TContainer.h"
 #include "TOSSpecific.h"
 #include "TRootObject.h"
 #include "zeliIOHandle.h"
 
+#include <cstring>
 #include <new>
+
+#undef NDEBUG // zelRegisterPlugin's checks stay in release builds.
+#include <cassert>
 
 // ---- Status codes -------------------------------------------------------------------------
 
@@ -271,14 +282,272 @@ zelStatusCode zelReferenceAddDateTime(TCIMReference* ref, const char* key, TCIMD
   return ReferenceAdd(ref, key, TCIMValue(*value));
 }
 
+// ---- Plugin registration ------------------------------------------------------------------
+
+// Expands NULL before assert spells the condition, so the message reads "callbacks != __null".
+#define ZEL_ASSERT(condition) assert(condition)
+
+zelStatusCode zelRegisterPlugin(zelPluginCallbacks* callbacks,
+                                TCPluginCallbacks** pluginHandle) {
+  ZEL_ASSERT(callbacks != NULL);
+  ZEL_ASSERT(pluginHandle != NULL);
+  *pluginHandle = new TCPluginCallbacks(callbacks);
+  return zelStatusOK;
+}
+
+zelStatusCode zelGetHandle(TCPluginCallbacks* self, IPlugin** handle) {
+  *handle = self->GetPluginHandle();
+  return zelStatusOK;
+}
+
+zelStatusCode zelGetPluginPath(TCPluginCallbacks* self, char** path) {
+  if (!path)
+    return ZelNullArgument("zelGetPluginPath: NULL path parameter", self->GetPluginHandle());
+  *path = self->GetPluginPath();
+  return zelStatusOK;
+}
+
+// ---- Collection ---------------------------------------------------------------------------
+
+// A plugin's verbose trace line; the text is only built when the line would be written.
+template <class BuildText>
+static void LogVerbose(zelIOHandle* handle, BuildText build) {
+  if (ILogger* logger = ZelLogFor(zelLogVerbose))
+    logger->OutputLogEntry(handle->fPlugin, zelLogVerbose, build());
+}
+
+// Logs a failure of the collection functions, always as the core.
+static zelStatusCode CollectionFailure(zelStatusCode code, std::string const& text) {
+  ZelLog(zelLogError, text);
+  return code;
+}
+
+zelStatusCode zelAddClass(zelIOHandle* handle, const char* className) {
+  if (!handle)
+    return ZelNullArgument("zelAddClass: NULL zelIOHandle parameter");
+  if (!className)
+    return ZelNullArgument("zelAddClass: NULL name parameter", handle->fPlugin);
+  LogVerbose(handle, [&] { return "zelAddClass(" + std::string(className) + ")"; });
+
+  if (TCIMInstance* open = handle->fCurrentInstance) {
+    handle->fCurrentInstance = 0;
+    try {
+      open->AddToContainer();
+    } catch (TZELException& e) {
+      zelStatusCode code = CollectionFailure(e.GetCode(), "zelAddClass: CIM class " +
+                                                              open->GetClass().GetName() +
+                                                              " threw exception " + e.what());
+      delete open; // Refused: nobody else owns it.
+      return code;
+    }
+  }
+
+  TCIMClass* cls;
+  try {
+    cls = handle->fContainer->GetClass(className);
+  } catch (TZELException& e) {
+    return CollectionFailure(e.GetCode(), "zelAddClass: GetClass(" + std::string(className) +
+                                              ") threw exception " + e.what());
+  }
+  try {
+    handle->fCurrentInstance = handle->fContainer->AllocateInstance(cls);
+  } catch (TZELException& e) {
+    return CollectionFailure(e.GetCode(), "zelAddClass: Allocate instance (CIM class " +
+                                              cls->GetName() + ") threw exception " +
+                                              e.what());
+  } catch (std::bad_alloc&) {
+    return CollectionFailure(zelStatusOutOfMemory,
+                             "zelAddClass: CIM class " + cls->GetName() + ": no memory");
+  }
+  return zelStatusOK;
+}
+
+zelStatusCode zelAddProperty(zelIOHandle* handle, const char* name, const char* value) {
+  if (!handle)
+    return ZelNullArgument("zelAddProperty: NULL zelIOHandle parameter");
+  if (!name || !value)
+    return ZelNullArgument("zelAddProperty: NULL name and/or value parameter", handle->fPlugin);
+  LogVerbose(handle, [&] {
+    return "zelAddProperty(" + std::string(name) + ", value=" + std::string(value) + ")";
+  });
+  TCIMInstance* instance = handle->fCurrentInstance;
+  if (!instance)
+    return CollectionFailure(zelStatusInvalidClass, "zelAddProperty: no current instance");
+  try {
+    TCIMPropertyDecl& decl = instance->GetClass().GetPropertyDecl(name);
+    std::string text(value);
+    instance->SetPropertyValue(name, TCIMValue(decl.GetType(), text, *handle->fContainer));
+  } catch (TZELException& e) {
+    return CollectionFailure(e.GetCode(), "zelAddProperty: CIM class " +
+                                              instance->GetClass().GetName() +
+                                              " threw exception " + e.what() + " name='" +
+                                              name + "'");
+  }
+  return zelStatusOK;
+}
+
+zelStatusCode zelAddCIMValueProperty(zelIOHandle* handle, const char* name,
+                                     const TCIMValue* value) {
+  if (!handle)
+    return ZelNullArgument("zelAddCIMValueProperty: NULL zelIOHandle parameter");
+  if (!name)
+    return ZelNullArgument("zelAddCIMValueProperty: NULL name parameter", handle->fPlugin);
+  // One literal for every typed member.
+  LogVerbose(handle, [&] {
+    // A NULL value has no text of its own.
+    return "zelAdd<>Property(" + std::string(name) +
+           ", value=" + (value->IsNull() ? std::string("NULL") : value->ToString(/*radix=*/10)) +
+           ")";
+  });
+  TCIMInstance* instance = handle->fCurrentInstance;
+  if (!instance)
+    return CollectionFailure(zelStatusInvalidClass, "zelAddProperty: no current instance");
+  try {
+    instance->SetPropertyValue(name, *value);
+  } catch (TZELException& e) {
+    // Without the "zel" of the other messages, on purpose.
+    return CollectionFailure(e.GetCode(), "AddProperty: CIM class " +
+                                              instance->GetClass().GetName() +
+                                              " threw exception " + e.what());
+  }
+  return zelStatusOK;
+}
+
+// For values whose making can fail (the element check of an array, the resolution of a
+// reference): the failure's code is the result.
+template <class Build>
+static zelStatusCode AddBuiltValue(zelIOHandle* handle, const char* name, Build build) {
+  zelStatusCode added = zelStatusOK;
+  zelStatusCode built = ZelGuard([&] {
+    TCIMValue value = build();
+    added = zelAddCIMValueProperty(handle, name, &value);
+  });
+  return built != zelStatusOK ? built : added;
+}
+
+zelStatusCode zelAddBooleanProperty(zelIOHandle* handle, const char* name, int value) {
+  TCIMValue cimValue(value != 0);
+  return zelAddCIMValueProperty(handle, name, &cimValue);
+}
+
+zelStatusCode zelAddUint8Property(zelIOHandle* handle, const char* name, uint8_t value) {
+  TCIMValue cimValue(static_cast<unsigned char>(value));
+  return zelAddCIMValueProperty(handle, name, &cimValue);
+}
+
+zelStatusCode zelAddSint8Property(zelIOHandle* handle, const char* name, int8_t value) {
+  TCIMValue cimValue(static_cast<signed char>(value));
+  return zelAddCIMValueProperty(handle, name, &cimValue);
+}
+
+zelStatusCode zelAddUint16Property(zelIOHandle* handle, const char* name, uint16_t value) {
+  TCIMValue cimValue(static_cast<unsigned short>(value));
+  return zelAddCIMValueProperty(handle, name, &cimValue);
+}
+
+zelStatusCode zelAddSint16Property(zelIOHandle* handle, const char* name, int16_t value) {
+  TCIMValue cimValue(static_cast<short>(value));
+  return zelAddCIMValueProperty(handle, name, &cimValue);
+}
+
+zelStatusCode zelAddUint32Property(zelIOHandle* handle, const char* name, uint32_t value) {
+  TCIMValue cimValue(static_cast<unsigned int>(value));
+  return zelAddCIMValueProperty(handle, name, &cimValue);
+}
+
+zelStatusCode zelAddSint32Property(zelIOHandle* handle, const char* name, int32_t value) {
+  TCIMValue cimValue(static_cast<int>(value));
+  return zelAddCIMValueProperty(handle, name, &cimValue);
+}
+
+zelStatusCode zelAddUint64Property(zelIOHandle* handle, const char* name, uint64_t value) {
+  TCIMValue cimValue(static_cast<unsigned long>(value));
+  return zelAddCIMValueProperty(handle, name, &cimValue);
+}
+
+zelStatusCode zelAddSint64Property(zelIOHandle* handle, const char* name, int64_t value) {
+  TCIMValue cimValue(static_cast<long>(value));
+  return zelAddCIMValueProperty(handle, name, &cimValue);
+}
+
+zelStatusCode zelAddStringProperty(zelIOHandle* handle, const char* name, const char* value) {
+  if (!value || !name)
+    return ZelNullArgument("zelAddStringProperty: NULL value and/or name parameter");
+  TCIMValue cimValue(value);
+  return zelAddCIMValueProperty(handle, name, &cimValue);
+}
+
+zelStatusCode zelAddArrayProperty(zelIOHandle* handle, const char* name,
+                                  zelCIMValueArray* pArray) {
+  if (!name || !pArray)
+    return ZelNullArgument("zelAddArrayProperty: NULL name and/or pArray parameter");
+  return AddBuiltValue(handle, name, [&] {
+    // The element type comes from the declaration before the handle is checked: callers
+    // must hold an open instance.
+    TCIMValue const& declared =
+        handle->fCurrentInstance->GetClass().GetPropertyDecl(name).GetValue();
+    // Set on a made value, not the array constructor: a refused element throws after the
+    // body is built, and only a whole value frees it.
+    TCIMValue array;
+    array.Set(declared.GetType(), declared.GetMaxArraySize(), pArray->fValues);
+    return array;
+  });
+}
+
+zelStatusCode zelAddReferenceProperty(zelIOHandle* handle, const char* name,
+                                      TCIMReference* pRef) {
+  if (!name || !pRef)
+    return ZelNullArgument("zelAddReferenceProperty: NULL name and/or pRef parameter");
+  return AddBuiltValue(handle, name, [&] { return TCIMValue(*pRef); });
+}
+
+zelStatusCode zelAddDateTimeProperty(zelIOHandle* handle, const char* name,
+                                     TCIMDateTime* pDateTime) {
+  if (!name || !pDateTime)
+    return ZelNullArgument("zelAddDateTimeProperty: NULL name and/or pDateTime parameter");
+  TCIMValue cimValue(*pDateTime);
+  return zelAddCIMValueProperty(handle, name, &cimValue);
+}
+
+// Computes an identity text once per process and hands out the same copy ever after.
+template <class Compute>
+static zelStatusCode CachedIdentity(char*& cache, char** name, Compute compute) {
+  if (!cache) {
+    zelStatusCode status = ZelGuard([&] {
+      std::string value = compute(TRootObject::GetPluginManager()->GetSchema());
+      cache = new char[value.size() + 1];
+      std::memcpy(cache, value.c_str(), value.size() + 1);
+    });
+    if (status != zelStatusOK)
+      return status;
+  }
+  *name = cache;
+  return zelStatusOK;
+}
+
+static char* fgSystemName = 0;
+static char* fgSystemCreationClassName = 0;
+
+zelStatusCode zelGetSystemName(char** name) {
+  if (!name)
+    return ZelNullArgument("zelGetSystemName: NULL name parameter");
+  return CachedIdentity(fgSystemName, name, TCIMSchemaHelper::GetSystemName);
+}
+
+zelStatusCode zelGetSystemCreationClassName(char** name) {
+  if (!name)
+    return ZelNullArgument("zelGetSystemCreationClassName: NULL name parameter");
+  return CachedIdentity(fgSystemCreationClassName, name,
+                        TCIMSchemaHelper::GetSystemCreationClassName);
+}
+
 // ---- Log ----------------------------------------------------------------------------------
 
 void zelWriteLog(TCPluginCallbacks* handle, zelLogSeverity severity, const char* text) {
-  (void)handle; // Plugin handles name their plugin once the plugin binding exists.
   if (!text) { // The caller's severity, not error: this one differs on purpose.
     ZelNullArgument("zelWriteLog: NULL text parameter", 0, severity);
     return;
   }
   if (ILogger* logger = ZelLogFor(severity))
-    logger->OutputLogEntry(0, severity, text);
+    logger->OutputLogEntry(handle ? handle->GetPluginHandle() : 0, severity, text);
 }

@@ -1,0 +1,498 @@
+// TCIMXMLParser: the frame (dispatch to the state stack, errors), the shared attribute
+// handlers and value conversion, and the document and declaration states.
+#include "TCIMXMLParser.h"
+
+#include "TCIMXMLParserStates.h"
+
+#include "TCIMClass.h"
+#include "TCIMDateTime.h"
+#include "TCIMPropertyDecl.h"
+#include "TCIMQualifier.h"
+#include "TCIMQualifierDecl.h"
+#include "TContainer.h"
+#include "TZELException.h"
+#include "ZelLog.h"
+
+#include <sstream>
+
+static const char kUnexpectedElement[] = "Unexpected element ";
+static const char kStateCorrupt[] = "Parser state corrupt";
+static const char kUnknownCIMVersion[] = "Unknown CIM version";
+static const char kUnknownDTDVersion[] = "Unknown DTD version";
+static const char kExpectedScope[] = "Expected SCOPE element";
+static const char kIncompatibleAttributes[] = "Incompatible attributes";
+
+// Element names arrive as written; states compare them in lower case.
+static std::string LowerCaseName(const char* name) {
+  std::string lower(name);
+  for (std::string::iterator c = lower.begin(); c != lower.end(); ++c)
+    if (*c >= 'A' && *c <= 'Z')
+      *c = static_cast<char>(*c - 'A' + 'a');
+  return lower;
+}
+
+// A failure inside a state gets a line naming where it happened, then goes on bare.
+[[noreturn]] static void RethrowWithLine(TZELException const& e, unsigned int line) {
+  ZelLog(zelLogError, std::string("TCIMXMLParser: Threw exception ") + e.what() + " on line " +
+                          std::to_string(line));
+  throw TZELException(e.GetCode());
+}
+
+// The decimal integer that stream extraction would read, when the text makes the result
+// certain: optional white space, a minus sign where allowed, then 1 to 18 digits followed by
+// a non-digit. Anything else (a plus sign, more digits) is left to the stream.
+static bool ReadPlainInteger(const std::string& text, bool allowMinus, long long& value) {
+  const char* p = text.c_str();
+  while (*p == ' ' || (*p >= '\t' && *p <= '\r'))
+    ++p;
+  bool negative = allowMinus && *p == '-';
+  if (negative)
+    ++p;
+  const char* digits = p;
+  unsigned long long number = 0;
+  for (; *p >= '0' && *p <= '9'; ++p) {
+    if (p - digits == 18)
+      return false;
+    number = number * 10 + static_cast<unsigned long long>(*p - '0');
+  }
+  if (p == digits)
+    return false;
+  value = negative ? -static_cast<long long>(number) : static_cast<long long>(number);
+  return true;
+}
+
+// The common VALUE texts (plain integers, true and false, strings) read without a stream;
+// the same results as the TCIMValue text constructor, which takes every other case.
+static bool ReadPlainValue(TCIMValue::TCIMType type, const std::string& text, TCIMValue& value) {
+  typedef TCIMValue::TCIMType T;
+  long long n = 0;
+  switch (static_cast<T::ECIMType>(type)) {
+  case T::kString:
+    value = TCIMValue(text);
+    return true;
+  case T::kBoolean:
+    if (text != "true" && text != "false")
+      return false;
+    value = TCIMValue(text == "true");
+    return true;
+  case T::kUint8:  // read as unsigned int, then cut to 8 bits
+    if (!ReadPlainInteger(text, false, n) || n > 4294967295LL)
+      return false;
+    value = TCIMValue(static_cast<unsigned char>(n));
+    return true;
+  case T::kSint8:  // read as int, then cut to 8 bits
+    if (!ReadPlainInteger(text, true, n) || n < -2147483648LL || n > 2147483647LL)
+      return false;
+    value = TCIMValue(static_cast<signed char>(n));
+    return true;
+  case T::kUint16:
+    if (!ReadPlainInteger(text, false, n) || n > 65535)
+      return false;
+    value = TCIMValue(static_cast<unsigned short>(n));
+    return true;
+  case T::kSint16:
+    if (!ReadPlainInteger(text, true, n) || n < -32768 || n > 32767)
+      return false;
+    value = TCIMValue(static_cast<short>(n));
+    return true;
+  case T::kUint32:
+    if (!ReadPlainInteger(text, false, n) || n > 4294967295LL)
+      return false;
+    value = TCIMValue(static_cast<unsigned int>(n));
+    return true;
+  case T::kSint32:
+    if (!ReadPlainInteger(text, true, n) || n < -2147483648LL || n > 2147483647LL)
+      return false;
+    value = TCIMValue(static_cast<int>(n));
+    return true;
+  case T::kUint64:
+    if (!ReadPlainInteger(text, false, n))
+      return false;
+    value = TCIMValue(static_cast<unsigned long>(n));
+    return true;
+  case T::kSint64:
+    if (!ReadPlainInteger(text, true, n))
+      return false;
+    value = TCIMValue(static_cast<long>(n));
+    return true;
+  default:
+    return false;
+  }
+}
+
+bool ZelIsKeyDecl(const TCIMPropertyDecl& decl) {
+  TCIMQualifier* key = decl.FindQualifier("KEY");
+  if (!key)
+    return false;
+  TCIMValue value = key->GetValue();
+  return !value.IsNull() && value.GetType() == TCIMValue::TCIMType::kBoolean &&
+         static_cast<bool>(value);
+}
+
+// ---- The frame ------------------------------------------------------------------------
+
+TCIMXMLParser::TCIMXMLParser(TContainer* container)
+    : fContainer(container), fUX402Mode(false) {
+  fStateStack.push_back(boost::shared_ptr<TParseState>(new TStateStart));
+}
+
+TCIMXMLParser::~TCIMXMLParser() {
+  // Innermost first: a state may refer to what its enclosing states hold.
+  while (!fStateStack.empty())
+    fStateStack.pop_back();
+}
+
+void TCIMXMLParser::StartElement(const char* name, std::map<std::string, std::string>& attributes) {
+  std::string element = LowerCaseName(name);
+  try {
+    if (fStateStack.empty())
+      FatalError(kStateCorrupt);  // more end tags than states: see TParseState::StartElement
+    boost::shared_ptr<TParseState> top = fStateStack.back();
+    top->StartElement(*this, element, attributes);
+  } catch (TZELException const& e) {
+    RethrowWithLine(e, GetCurLine());
+  }
+}
+
+void TCIMXMLParser::EndElement(const char* name) {
+  std::string element = LowerCaseName(name);
+  try {
+    if (fStateStack.empty())
+      FatalError(kStateCorrupt);
+    boost::shared_ptr<TParseState> top = fStateStack.back();
+    top->EndElement(*this, element);
+  } catch (TZELException const& e) {
+    RethrowWithLine(e, GetCurLine());
+  }
+}
+
+void TCIMXMLParser::processingInstruction(const char*, const char*) {}
+
+void TCIMXMLParser::characters(const char* text, unsigned int) { fCharData += text; }
+
+void TCIMXMLParser::notationDecl(const char*, const char*, const char*) {}
+
+void TCIMXMLParser::FatalError(const char* message) {
+  ZelLog(zelLogError, "CIM-XML Parser line " + std::to_string(GetCurLine()) + ":" + message);
+  throw TZELException(zelStatusInvalidSpecificationDocument);
+}
+
+void TCIMXMLParser::SetUX402Mode() { fUX402Mode = true; }
+
+std::vector<TCIMClass*> TCIMXMLParser::GetClassesCollected() const { return fClassesCollected; }
+
+bool TCIMXMLParser::ConvertBool(std::string& text) {
+  std::istringstream in(text);
+  bool value = false;
+  in >> std::boolalpha >> value;
+  return value;
+}
+
+unsigned int TCIMXMLParser::ConvertUnsignedInt(std::string& text) {
+  std::istringstream in(text);
+  unsigned int value = 0;
+  in >> value;
+  return value;
+}
+
+TCIMValue TCIMXMLParser::ParseValue(TCIMValue::TCIMType type, std::string& text) {
+  TCIMValue value;
+  if (ReadPlainValue(type, text, value))
+    return value;
+  if (type != TCIMValue::TCIMType::kDateTime)
+    return TCIMValue(type, text, *fContainer);
+  try {
+    return TCIMValue(type, text, *fContainer);
+  } catch (TZELException const& e) {
+    if (e.GetCode() != zelStatusInvalidDateTime)
+      throw;
+  }
+  TCIMDateTime epoch(/*year=*/1970, /*month=*/1, /*day=*/1, 0, 0, 0, 0, /*utcOffset=*/0);
+  ZelLog(zelLogError, "Invalid datetime found on line " + std::to_string(GetCurLine()) +
+                          ".  Defaulting the datetime to " + epoch.ToUIString() + ".");
+  return TCIMValue(epoch);
+}
+
+bool TCIMXMLParser::HandleCIMName(TAttributeMap::const_iterator attribute, std::string& name) {
+  if (attribute->first != "name")
+    return false;
+  name = attribute->second;
+  return true;
+}
+
+bool TCIMXMLParser::HandleCIMType(TAttributeMap::const_iterator attribute,
+                                  TCIMValue::TCIMType& type) {
+  if (attribute->first != "type")
+    return false;
+  type = TCIMValue::TCIMType(attribute->second);
+  return true;
+}
+
+bool TCIMXMLParser::HandleQualifierFlavor(TAttributeMap::const_iterator attribute,
+                                          unsigned int& flavor) {
+  unsigned int bit;
+  if (attribute->first == "overridable")
+    bit = TCIMQualifierDecl::eOverridable;
+  else if (attribute->first == "tosubclass")
+    bit = TCIMQualifierDecl::eToSubclass;
+  else if (attribute->first == "translatable")
+    bit = TCIMQualifierDecl::eTranslatable;
+  else
+    return false;
+  std::string text = attribute->second;
+  if (ConvertBool(text))
+    flavor |= bit;
+  else
+    flavor &= ~bit;
+  return true;
+}
+
+bool TCIMXMLParser::HandleClassOrigin(TAttributeMap::const_iterator attribute,
+                                      std::string& origin) {
+  if (attribute->first != "classorigin")
+    return false;
+  origin = attribute->second;
+  return true;
+}
+
+bool TCIMXMLParser::HandlePropagated(TAttributeMap::const_iterator attribute, bool& propagated) {
+  if (attribute->first != "propagated")
+    return false;
+  std::string text = attribute->second;
+  propagated = ConvertBool(text);
+  return true;
+}
+
+bool TCIMXMLParser::HandleArraySize(TAttributeMap::const_iterator attribute, unsigned int& size) {
+  if (attribute->first != "arraysize")
+    return false;
+  std::string text = attribute->second;
+  size = ConvertUnsignedInt(text);
+  return true;
+}
+
+bool TCIMXMLParser::HandleSuperClass(TAttributeMap::const_iterator attribute,
+                                     std::string& superclass) {
+  if (attribute->first != "superclass")
+    return false;
+  superclass = attribute->second;
+  return true;
+}
+
+bool TCIMXMLParser::HandleClassName(TAttributeMap::const_iterator attribute,
+                                    std::string& className) {
+  if (attribute->first != "classname")
+    return false;
+  className = attribute->second;
+  return true;
+}
+
+bool TCIMXMLParser::HandleReferenceClass(TAttributeMap::const_iterator attribute,
+                                         std::string& referenceClass) {
+  if (attribute->first != "referenceclass")
+    return false;
+  referenceClass = attribute->second;
+  return true;
+}
+
+void TCIMXMLParser::UnexpectedElement(const std::string& name) {
+  FatalError((kUnexpectedElement + name).c_str());
+  throw TZELException(zelStatusInvalidSpecificationDocument);  // FatalError does not return
+}
+
+// ---- TParseState ----------------------------------------------------------------------
+
+TCIMXMLParser::TParseState::~TParseState() {}
+
+// A child of an element that takes none pushes nothing, so its end tag pops this state
+// early. Documents are not expected to do that; no recovery is attempted.
+void TCIMXMLParser::TParseState::StartElement(TCIMXMLParser&, std::string&, TAttributeMap&) {}
+
+void TCIMXMLParser::TParseState::EndElement(TCIMXMLParser& parser, std::string&) {
+  parser.fStateStack.pop_back();
+}
+
+void TCIMXMLParser::TParseState::HandleAttrs(TCIMXMLParser&, TAttributeMap&) {}
+
+// ---- Document states ------------------------------------------------------------------
+
+// (document) ::= CIM
+void TCIMXMLParser::TStateStart::StartElement(TCIMXMLParser& parser, std::string& name,
+                                              TAttributeMap& attributes) {
+  if (name != "cim")
+    parser.UnexpectedElement(name);
+  parser.Push(new TStateCIM, attributes);
+}
+
+// <!ELEMENT CIM (MESSAGE|DECLARATION)>
+// <!ATTLIST CIM CIMVERSION CDATA #REQUIRED DTDVERSION CDATA #REQUIRED>
+void TCIMXMLParser::TStateCIM::StartElement(TCIMXMLParser& parser, std::string& name,
+                                            TAttributeMap& attributes) {
+  if (name == "declaration")
+    parser.Push(new TStateDeclaration, attributes);
+  else if (name == "message")
+    parser.Push(new TStateMessage, attributes);
+  else
+    parser.UnexpectedElement(name);
+}
+
+void TCIMXMLParser::TStateCIM::HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) {
+  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a) {
+    if (a->first == "cimversion" && a->second != "2.8" && a->second != "2.0")
+      parser.FatalError(kUnknownCIMVersion);
+    if (a->first == "dtdversion" && a->second != "2.1" && a->second != "2.0")
+      parser.FatalError(kUnknownDTDVersion);
+  }
+}
+
+// <!ELEMENT DECLARATION (DECLGROUP|DECLGROUP.WITHNAME|DECLGROUP.WITHPATH)+>
+void TCIMXMLParser::TStateDeclaration::StartElement(TCIMXMLParser& parser, std::string& name,
+                                                    TAttributeMap& attributes) {
+  if (name == "declgroup")
+    parser.Push(new TStateDeclGroup, attributes);
+  else if (name == "declgroup.withname")
+    parser.Push(new TStateDeclGroupWithName, attributes);
+  else if (name == "declgroup.withpath")
+    parser.Push(new TStateDeclGroupWithPath, attributes);
+  else
+    parser.UnexpectedElement(name);
+}
+
+// <!ELEMENT DECLGROUP ((LOCALNAMESPACEPATH|NAMESPACEPATH)?,QUALIFIER.DECLARATION*,VALUE.OBJECT*)>
+// <!ELEMENT DECLGROUP.WITHNAME ((LOCALNAMESPACEPATH|NAMESPACEPATH)?,QUALIFIER.DECLARATION*,
+//                               VALUE.NAMEDOBJECT*)>
+// Phases: 0 the optional path, 1 qualifier declarations, 2 objects. An element that does
+// not fit a phase moves on to the next one and is judged there.
+void TCIMXMLParser::TStateDeclGroup::StartElement(TCIMXMLParser& parser, std::string& name,
+                                                  TAttributeMap& attributes) {
+  switch (fPhase) {
+  case 0:
+    fPhase = 1;
+    if (name == "namespacepath") {
+      parser.Push(new TStateNamespacePath(fHost, fNamespace), attributes);
+      return;
+    }
+    if (name == "localnamespacepath") {
+      parser.Push(new TStateLocalNamespacePath(fNamespace), attributes);
+      return;
+    }
+    [[fallthrough]];
+  case 1:
+    if (name == "qualifier.declaration") {
+      parser.Push(new TStateQualifierDeclaration, attributes);
+      return;
+    }
+    fPhase = 2;
+    [[fallthrough]];
+  case 2:
+    if (name == fObjectElement) {
+      if (name == "value.object")
+        parser.Push(new TStateValueObject, attributes);
+      else
+        parser.Push(new TStateValueNamedObject, attributes);
+      return;
+    }
+    parser.UnexpectedElement(name);
+  default:
+    parser.FatalError(kStateCorrupt);
+  }
+}
+
+// <!ELEMENT DECLGROUP.WITHPATH (VALUE.OBJECTWITHPATH|VALUE.OBJECTWITHLOCALPATH)*>
+void TCIMXMLParser::TStateDeclGroupWithPath::StartElement(TCIMXMLParser& parser,
+                                                          std::string& name,
+                                                          TAttributeMap& attributes) {
+  if (name == "value.objectwithpath")
+    parser.Push(new TStateValueObjectWithPath, attributes);
+  else if (name == "value.objectwithlocalpath")
+    parser.Push(new TStateValueObjectWithLocalPath, attributes);
+  else
+    parser.UnexpectedElement(name);
+}
+
+// <!ELEMENT QUALIFIER.DECLARATION (SCOPE,(VALUE|VALUE.ARRAY)?)>
+// <!ATTLIST QUALIFIER.DECLARATION %CIMName; %CIMType; #REQUIRED ISARRAY (true|false) #IMPLIED
+//           %ArraySize; %QualifierFlavor;>
+// Phases: 0 SCOPE (required here), 1 the default value, 2 done.
+TCIMXMLParser::TStateQualifierDeclaration::TStateQualifierDeclaration()
+    : fIsArray(false), fIsArrayGiven(false), fArraySize(0), fFlavor(0), fScope(0),
+      fValueRead(false), fPhase(0) {}
+
+void TCIMXMLParser::TStateQualifierDeclaration::HandleAttrs(TCIMXMLParser&,
+                                                            TAttributeMap& attributes) {
+  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a) {
+    if (HandleCIMName(a, fName) || HandleCIMType(a, fType) || HandleArraySize(a, fArraySize) ||
+        HandleQualifierFlavor(a, fFlavor))
+      continue;
+    if (a->first == "isarray") {
+      std::string text = a->second;
+      fIsArray = ConvertBool(text);
+      fIsArrayGiven = true;
+    }
+  }
+  if (fIsArray)
+    fType = TCIMValue::TCIMType::ECIMType(fType | TCIMValue::TCIMType::kArray);
+}
+
+void TCIMXMLParser::TStateQualifierDeclaration::StartElement(TCIMXMLParser& parser,
+                                                             std::string& name,
+                                                             TAttributeMap& attributes) {
+  switch (fPhase) {
+  case 0:
+    if (name != "scope")
+      parser.FatalError(kExpectedScope);
+    fPhase = 1;
+    parser.Push(new TStateScope(fScope), attributes);
+    return;
+  case 1:
+    if (name == "value")
+      parser.Push(new TStateValue(parser, fValue, fType), attributes);
+    else if (name == "value.array")
+      parser.Push(new TStateValueArray(fValue, fType, fArraySize), attributes);
+    else
+      parser.UnexpectedElement(name);
+    fValueRead = true;
+    fPhase = 2;
+    return;
+  case 2:
+    parser.UnexpectedElement(name);
+  default:
+    parser.FatalError(kStateCorrupt);
+  }
+}
+
+void TCIMXMLParser::TStateQualifierDeclaration::EndElement(TCIMXMLParser& parser,
+                                                           std::string& name) {
+  if ((!fIsArray && fArraySize != 0) ||
+      (fIsArrayGiven && fValueRead && fValue.IsArray() != fIsArray) ||
+      (fValueRead && fArraySize != 0 && !fValue.IsArray()))
+    parser.FatalError(kIncompatibleAttributes);
+  TCIMValue value = fValueRead ? fValue : TCIMValue(fType, fArraySize);
+  TCIMQualifierDecl* decl = parser.fContainer->AllocateQualifierDecl(
+      fName, value, TCIMQualifierDecl::EScope(fScope), TCIMQualifierDecl::EFlavor(fFlavor));
+  try {
+    decl->AddToContainer();
+  } catch (TZELException const& e) {
+    delete decl;  // refused: still ours
+    if (e.GetCode() != zelStatusAlreadyExists)
+      throw;
+    // A document may repeat a declaration the container already has: the first one stays.
+  }
+  TParseState::EndElement(parser, name);
+}
+
+// <!ELEMENT SCOPE EMPTY>
+// <!ATTLIST SCOPE CLASS ASSOCIATION REFERENCE PROPERTY METHOD PARAMETER INDICATION (true|false)>
+void TCIMXMLParser::TStateScope::HandleAttrs(TCIMXMLParser&, TAttributeMap& attributes) {
+  // Presence alone sets the bit, on purpose: CLASS="false" still scopes to classes.
+  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a) {
+    if (a->first == "class")
+      fScope |= TCIMQualifierDecl::eClass;
+    else if (a->first == "association")
+      fScope |= TCIMQualifierDecl::eAssociation;
+    else if (a->first == "property")
+      fScope |= TCIMQualifierDecl::eProperty;
+    else if (a->first == "reference")
+      fScope |= TCIMQualifierDecl::eReference;
+  }
+}

@@ -1,0 +1,545 @@
+// The parse states of TCIMXMLParser, one class per element of the table in
+// TCIMXMLParser.def, and the helpers they share.
+#ifndef TCIMXMLPARSERSTATES_H
+#define TCIMXMLPARSERSTATES_H
+
+#include "TCIMXMLParser.h"
+
+#include "ICIMAllowQualifiers.h"
+#include "TCIMReference.h"
+#include "TCIMValue.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+class TCIMInstance;
+class TCIMProperty;
+class TCIMPropertyDecl;
+
+typedef TCIMXMLParser::TAttributeMap TAttributeMap;
+
+template <class State>
+State& TCIMXMLParser::Push(State* state, TAttributeMap& attributes) {
+  fStateStack.push_back(boost::shared_ptr<TParseState>(state));
+  state->HandleAttrs(*this, attributes);
+  return *state;
+}
+
+/// A property declaration whose "KEY" qualifier is present, not NULL and true.
+bool ZelIsKeyDecl(const TCIMPropertyDecl& decl);
+
+// ---- Document and declarations --------------------------------------------------------
+
+class TCIMXMLParser::TStateStart : public TParseState {
+public:
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+};
+
+class TCIMXMLParser::TStateCIM : public TParseState {
+public:
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+};
+
+class TCIMXMLParser::TStateDeclaration : public TParseState {
+public:
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+};
+
+class TCIMXMLParser::TStateDeclGroup : public TParseState {
+public:
+  TStateDeclGroup() : fObjectElement("value.object"), fPhase(0) {}
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+
+protected:
+  explicit TStateDeclGroup(const char* objectElement) : fObjectElement(objectElement), fPhase(0) {}
+
+private:
+  const char* fObjectElement;
+  int fPhase;
+  std::string fHost;
+  std::string fNamespace;
+};
+
+class TCIMXMLParser::TStateDeclGroupWithName : public TStateDeclGroup {
+public:
+  TStateDeclGroupWithName() : TStateDeclGroup("value.namedobject") {}
+};
+
+class TCIMXMLParser::TStateDeclGroupWithPath : public TParseState {
+public:
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+};
+
+class TCIMXMLParser::TStateQualifierDeclaration : public TParseState {
+public:
+  TStateQualifierDeclaration();
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void EndElement(TCIMXMLParser& parser, std::string& name);
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+
+private:
+  std::string fName;
+  TCIMValue::TCIMType fType;
+  bool fIsArray;
+  bool fIsArrayGiven;
+  unsigned int fArraySize;
+  unsigned int fFlavor;
+  unsigned int fScope;
+  TCIMValue fValue;
+  bool fValueRead;
+  int fPhase;
+};
+
+class TCIMXMLParser::TStateScope : public TParseState {
+public:
+  explicit TStateScope(unsigned int& scope) : fScope(scope) {}
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+
+private:
+  unsigned int& fScope;
+};
+
+// ---- Objects, classes, instances, properties, qualifiers ------------------------------
+
+/// Holds the class or instance read inside it until its element ends, then registers it.
+class TCIMXMLParser::TObjectState : public TParseState {
+public:
+  ~TObjectState();
+  void EndElement(TCIMXMLParser& parser, std::string& name);
+
+protected:
+  explicit TObjectState(bool collect) : fClass(0), fInstance(0), fPhase(0), fCollect(collect) {}
+  /// "class" or "instance": pushes the state that fills the matching slot.
+  void PushObject(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+
+  TCIMClass* fClass;        // owned until registered
+  TCIMInstance* fInstance;  // owned until registered
+  int fPhase;
+
+private:
+  bool fCollect;
+};
+
+class TCIMXMLParser::TStateValueObject : public TObjectState {
+public:
+  TStateValueObject() : TObjectState(true) {}
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+};
+
+class TCIMXMLParser::TStateValueNamedObject : public TObjectState {
+public:
+  TStateValueNamedObject() : TObjectState(true), fPath(0) {}
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+
+private:
+  TCIMReference fPath;
+};
+
+class TCIMXMLParser::TStateValueNamedInstance : public TObjectState {
+public:
+  TStateValueNamedInstance() : TObjectState(true), fPath(0) {}
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+
+private:
+  TCIMReference fPath;
+};
+
+class TCIMXMLParser::TStateValueObjectWithPath : public TObjectState {
+public:
+  TStateValueObjectWithPath() : TObjectState(true), fPath(0) {}
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+
+private:
+  std::string fHost;
+  std::string fNamespace;
+  std::string fClassName;
+  TCIMReference fPath;
+};
+
+class TCIMXMLParser::TStateValueObjectWithLocalPath : public TObjectState {
+public:
+  TStateValueObjectWithLocalPath() : TObjectState(true), fPath(0) {}
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+
+private:
+  std::string fNamespace;
+  std::string fClassName;
+  TCIMReference fPath;
+};
+
+class TCIMXMLParser::TStateClass : public TParseState {
+public:
+  explicit TStateClass(TCIMClass** slot) : fClass(0), fSlot(slot), fPhase(0) {}
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+
+private:
+  std::string fName;
+  std::string fSuperClass;
+  TCIMClass* fClass;
+  TCIMClass** fSlot;
+  int fPhase;
+};
+
+class TCIMXMLParser::TStateInstance : public TParseState {
+public:
+  explicit TStateInstance(TCIMInstance** slot) : fSlot(slot), fPhase(0) {}
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+
+private:
+  std::string fClassName;
+  TCIMInstance** fSlot;
+  int fPhase;
+};
+
+class TCIMXMLParser::TStateQualifier : public TParseState {
+public:
+  /// A null owner reads and checks the qualifier, then drops it (instances hold none).
+  explicit TStateQualifier(ICIMAllowQualifiers* owner)
+      : fOwner(owner), fFlavor(0), fPropagated(false), fValueRead(false) {}
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void EndElement(TCIMXMLParser& parser, std::string& name);
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+
+private:
+  ICIMAllowQualifiers* fOwner;
+  std::string fName;
+  TCIMValue::TCIMType fType;
+  unsigned int fFlavor;
+  bool fPropagated;
+  TCIMValue fValue;
+  bool fValueRead;
+};
+
+/// The three forms of property elements: which attribute gives the type and which value
+/// element they take.
+enum EZelPropertyForm { kZelScalarProperty, kZelArrayProperty, kZelReferenceProperty };
+
+class TCIMXMLParser::TPropertyDeclState : public TParseState {
+public:
+  ~TPropertyDeclState();
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void EndElement(TCIMXMLParser& parser, std::string& name);
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+
+protected:
+  TPropertyDeclState(TCIMClass& cls, EZelPropertyForm form)
+      : fClass(cls), fForm(form), fPropagated(false), fArraySize(0), fDecl(0),
+        fValueRead(false), fPhase(0) {}
+
+private:
+  TCIMClass& fClass;
+  EZelPropertyForm fForm;
+  std::string fName;
+  TCIMValue::TCIMType fType;
+  std::string fClassOrigin;
+  bool fPropagated;
+  unsigned int fArraySize;
+  std::string fReferenceClass;
+  TCIMPropertyDecl* fDecl;  // owned until registered
+  TCIMValue fDefault;       // NULL of the declared type
+  TCIMValue fValue;
+  bool fValueRead;
+  int fPhase;
+};
+
+class TCIMXMLParser::TStatePropertyDecl : public TPropertyDeclState {
+public:
+  explicit TStatePropertyDecl(TCIMClass& cls) : TPropertyDeclState(cls, kZelScalarProperty) {}
+};
+class TCIMXMLParser::TStatePropertyArrayDecl : public TPropertyDeclState {
+public:
+  explicit TStatePropertyArrayDecl(TCIMClass& cls) : TPropertyDeclState(cls, kZelArrayProperty) {}
+};
+class TCIMXMLParser::TStatePropertyReferenceDecl : public TPropertyDeclState {
+public:
+  explicit TStatePropertyReferenceDecl(TCIMClass& cls)
+      : TPropertyDeclState(cls, kZelReferenceProperty) {}
+};
+
+class TCIMXMLParser::TPropertyState : public TParseState {
+public:
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void EndElement(TCIMXMLParser& parser, std::string& name);
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+
+protected:
+  TPropertyState(TCIMInstance& instance, EZelPropertyForm form)
+      : fInstance(instance), fForm(form), fPropagated(false), fArraySize(0), fProperty(0),
+        fValueRead(false), fPhase(0) {}
+
+private:
+  TCIMInstance& fInstance;
+  EZelPropertyForm fForm;
+  std::string fName;
+  TCIMValue::TCIMType fType;  // as written, array bit added for the array form
+  std::string fClassOrigin;
+  bool fPropagated;
+  unsigned int fArraySize;
+  TCIMProperty* fProperty;    // looked up at the start unless in UX402 mode
+  TCIMValue fValue;
+  bool fValueRead;
+  int fPhase;
+};
+
+class TCIMXMLParser::TStateProperty : public TPropertyState {
+public:
+  explicit TStateProperty(TCIMInstance& instance) : TPropertyState(instance, kZelScalarProperty) {}
+};
+class TCIMXMLParser::TStatePropertyArray : public TPropertyState {
+public:
+  explicit TStatePropertyArray(TCIMInstance& instance)
+      : TPropertyState(instance, kZelArrayProperty) {}
+};
+class TCIMXMLParser::TStatePropertyReference : public TPropertyState {
+public:
+  explicit TStatePropertyReference(TCIMInstance& instance)
+      : TPropertyState(instance, kZelReferenceProperty) {}
+};
+
+// ---- Values, key bindings and paths ---------------------------------------------------
+
+class TCIMXMLParser::TStateValue : public TParseState {
+public:
+  TStateValue(TCIMXMLParser& parser, TCIMValue& target, TCIMValue::TCIMType type);
+  void EndElement(TCIMXMLParser& parser, std::string& name);
+
+private:
+  TCIMValue& fTarget;
+  TCIMValue::TCIMType fType;
+};
+
+class TCIMXMLParser::TStateValueArray : public TParseState {
+public:
+  TStateValueArray(TCIMValue& target, TCIMValue::TCIMType type, unsigned int arraySize);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void EndElement(TCIMXMLParser& parser, std::string& name);
+
+private:
+  TCIMValue& fTarget;
+  TCIMValue::TCIMType fType;  // of the elements
+  unsigned int fArraySize;
+  std::vector<TCIMValue> fValues;
+};
+
+class TCIMXMLParser::TStateValueReference : public TParseState {
+public:
+  explicit TStateValueReference(TCIMValue& target);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void EndElement(TCIMXMLParser& parser, std::string& name);
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+
+private:
+  TCIMValue& fTarget;
+  std::string fHost;
+  std::string fNamespace;
+  std::string fClassName;
+  TCIMReference fPath;
+  int fPhase;
+};
+
+class TCIMXMLParser::TStateValueRefArray : public TParseState {
+public:
+  explicit TStateValueRefArray(TCIMValue& target);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void EndElement(TCIMXMLParser& parser, std::string& name);
+
+private:
+  TCIMValue& fTarget;
+  std::vector<TCIMValue> fValues;
+};
+
+class TCIMXMLParser::TStateNamespacePath : public TParseState {
+public:
+  TStateNamespacePath(std::string& host, std::string& nameSpace);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+
+private:
+  std::string& fHost;
+  std::string& fNamespace;
+  int fPhase;
+};
+
+class TCIMXMLParser::TStateLocalNamespacePath : public TParseState {
+public:
+  explicit TStateLocalNamespacePath(std::string& nameSpace);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void EndElement(TCIMXMLParser& parser, std::string& name);
+
+private:
+  std::string& fNamespace;
+  unsigned int fCount;
+};
+
+class TCIMXMLParser::TStateHost : public TParseState {
+public:
+  TStateHost(TCIMXMLParser& parser, std::string& host);
+  void EndElement(TCIMXMLParser& parser, std::string& name);
+
+private:
+  std::string& fHost;
+};
+
+class TCIMXMLParser::TStateNamespace : public TParseState {
+public:
+  explicit TStateNamespace(std::string& nameSpace);
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+
+private:
+  std::string& fNamespace;
+};
+
+class TCIMXMLParser::TStateClassPath : public TParseState {
+public:
+  TStateClassPath(std::string& host, std::string& nameSpace, std::string& className);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+
+private:
+  std::string& fHost;
+  std::string& fNamespace;
+  std::string& fClassName;
+  int fPhase;
+};
+
+class TCIMXMLParser::TStateLocalClassPath : public TParseState {
+public:
+  TStateLocalClassPath(std::string& nameSpace, std::string& className);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+
+private:
+  std::string& fNamespace;
+  std::string& fClassName;
+  int fPhase;
+};
+
+class TCIMXMLParser::TStateClassName : public TParseState {
+public:
+  explicit TStateClassName(std::string& className);
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+
+private:
+  std::string& fClassName;
+};
+
+class TCIMXMLParser::TStateInstancePath : public TParseState {
+public:
+  TStateInstancePath(std::string& host, std::string& nameSpace, TCIMReference& path);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+
+private:
+  std::string& fHost;
+  std::string& fNamespace;
+  TCIMReference& fPath;
+  int fPhase;
+};
+
+class TCIMXMLParser::TStateLocalInstancePath : public TParseState {
+public:
+  TStateLocalInstancePath(std::string& nameSpace, TCIMReference& path);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+
+private:
+  std::string& fNamespace;
+  TCIMReference& fPath;
+  int fPhase;
+};
+
+class TCIMXMLParser::TStateInstanceName : public TParseState {
+public:
+  explicit TStateInstanceName(TCIMReference& path);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void EndElement(TCIMXMLParser& parser, std::string& name);
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+
+private:
+  TCIMReference& fPath;
+  TCIMClass* fClass;
+  std::string fKeyText;
+  TCIMValue fKeyReference;
+  int fPhase;
+};
+
+class TCIMXMLParser::TStateKeyBinding : public TParseState {
+public:
+  TStateKeyBinding(TCIMClass* cls, TCIMReference& path);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void EndElement(TCIMXMLParser& parser, std::string& name);
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+
+private:
+  TCIMClass* fClass;
+  TCIMReference& fPath;
+  std::string fName;
+  std::string fKeyText;
+  TCIMValue fKeyReference;
+  int fPhase;  // 0 nothing read, 1 KEYVALUE, 2 VALUE.REFERENCE
+};
+
+class TCIMXMLParser::TStateKeyValue : public TParseState {
+public:
+  TStateKeyValue(TCIMXMLParser& parser, std::string& text);
+  void EndElement(TCIMXMLParser& parser, std::string& name);
+
+private:
+  std::string& fText;
+};
+
+class TCIMXMLParser::TStateObjectPath : public TParseState {
+public:
+  TStateObjectPath(std::string& host, std::string& nameSpace, TCIMReference& path,
+                   std::string& className);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+
+private:
+  std::string& fHost;
+  std::string& fNamespace;
+  TCIMReference& fPath;
+  std::string& fClassName;
+  int fPhase;
+};
+
+// ---- Request messages -----------------------------------------------------------------
+
+class TCIMXMLParser::TStateMessage : public TParseState {
+public:
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+};
+
+class TCIMXMLParser::TStateMultiReq : public TParseState {
+public:
+  TStateMultiReq() : fPhase(0) {}
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void EndElement(TCIMXMLParser& parser, std::string& name);
+
+private:
+  int fPhase;  // SIMPLEREQ children seen, up to 2
+};
+
+class TCIMXMLParser::TStateSimpleReq : public TParseState {
+public:
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+};
+
+class TCIMXMLParser::TStateIMethodCall : public TParseState {
+public:
+  TStateIMethodCall() : fPhase(0) {}
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+
+private:
+  std::string fNamespace;
+  int fPhase;
+};
+
+class TCIMXMLParser::TStateIParamValue : public TObjectState {
+public:
+  TStateIParamValue() : TObjectState(false) {}
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+};
+
+#endif

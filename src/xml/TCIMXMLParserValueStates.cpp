@@ -1,0 +1,386 @@
+// The states that read the leaves of a document: VALUE texts, value lists, references, and
+// the object paths with their key bindings.
+#include "TCIMXMLParserStates.h"
+
+#include "TCIMClass.h"
+#include "TCIMPropertyDecl.h"
+#include "TContainer.h"
+
+static const char kStateCorrupt[] = "Parser state corrupt";
+static const char kNoNamespace[] = "Unexpected at least 1 NAMESPACE element";
+
+// The message for a class whose bound property is not a key.
+static std::string NoKeysMessage(const TCIMClass& cls) {
+  return "Class " + cls.GetName() + " doesn't have any key properties";
+}
+
+// ---- Values ---------------------------------------------------------------------------
+
+// <!ELEMENT VALUE (#PCDATA)>
+// The text is every byte between the tags, whitespace included.
+TCIMXMLParser::TStateValue::TStateValue(TCIMXMLParser& parser, TCIMValue& target,
+                                        TCIMValue::TCIMType type)
+    : fTarget(target), fType(type) {
+  parser.fCharData.clear();
+}
+
+void TCIMXMLParser::TStateValue::EndElement(TCIMXMLParser& parser, std::string& name) {
+  fTarget = parser.ParseValue(fType, parser.fCharData);
+  parser.fCharData.clear();
+  TParseState::EndElement(parser, name);
+}
+
+// <!ELEMENT VALUE.ARRAY (VALUE*)>
+TCIMXMLParser::TStateValueArray::TStateValueArray(TCIMValue& target, TCIMValue::TCIMType type,
+                                                  unsigned int arraySize)
+    : fTarget(target),
+      fType(TCIMValue::TCIMType::ECIMType(type & ~TCIMValue::TCIMType::kArray)),
+      fArraySize(arraySize) {}
+
+void TCIMXMLParser::TStateValueArray::StartElement(TCIMXMLParser& parser, std::string& name,
+                                                   TAttributeMap& attributes) {
+  if (name != "value")
+    parser.UnexpectedElement(name);
+  fValues.push_back(TCIMValue());
+  // The previous element's state is gone, so growing the list invalidates no target.
+  parser.Push(new TStateValue(parser, fValues.back(), fType), attributes);
+}
+
+void TCIMXMLParser::TStateValueArray::EndElement(TCIMXMLParser& parser, std::string& name) {
+  fTarget.Set(fType, fArraySize, fValues);
+  TParseState::EndElement(parser, name);
+}
+
+// <!ELEMENT VALUE.REFERENCE (CLASSPATH|LOCALCLASSPATH|CLASSNAME|INSTANCEPATH|
+//                            LOCALINSTANCEPATH|INSTANCENAME)>
+// Phases: 0 the path, 1 a class path read, 2 an instance path read. The value resolves the
+// path, so the class or instance named must exist already.
+TCIMXMLParser::TStateValueReference::TStateValueReference(TCIMValue& target)
+    : fTarget(target), fPath(0), fPhase(0) {}
+
+void TCIMXMLParser::TStateValueReference::HandleAttrs(TCIMXMLParser& parser, TAttributeMap&) {
+  fPath.SetContainer(parser.fContainer);
+}
+
+void TCIMXMLParser::TStateValueReference::StartElement(TCIMXMLParser& parser,
+                                                       std::string& name,
+                                                       TAttributeMap& attributes) {
+  if (fPhase != 0)
+    parser.UnexpectedElement(name);
+  fPhase = 1;
+  if (name == "classpath")
+    parser.Push(new TStateClassPath(fHost, fNamespace, fClassName), attributes);
+  else if (name == "localclasspath")
+    parser.Push(new TStateLocalClassPath(fNamespace, fClassName), attributes);
+  else if (name == "classname")
+    parser.Push(new TStateClassName(fClassName), attributes);
+  else if ((fPhase = 2), name == "instancepath")
+    parser.Push(new TStateInstancePath(fHost, fNamespace, fPath), attributes);
+  else if (name == "localinstancepath")
+    parser.Push(new TStateLocalInstancePath(fNamespace, fPath), attributes);
+  else if (name == "instancename")
+    parser.Push(new TStateInstanceName(fPath), attributes);
+  else
+    parser.UnexpectedElement(name);
+}
+
+void TCIMXMLParser::TStateValueReference::EndElement(TCIMXMLParser& parser, std::string& name) {
+  switch (fPhase) {
+  case 0:
+    break;
+  case 1:
+    fPath.SetClassName(fClassName);
+    fTarget.Set(fPath);
+    break;
+  case 2:
+    fTarget.Set(fPath);
+    break;
+  default:
+    parser.FatalError(kStateCorrupt);
+  }
+  TParseState::EndElement(parser, name);
+}
+
+// <!ELEMENT VALUE.REFARRAY (VALUE.REFERENCE*)>
+TCIMXMLParser::TStateValueRefArray::TStateValueRefArray(TCIMValue& target) : fTarget(target) {}
+
+void TCIMXMLParser::TStateValueRefArray::StartElement(TCIMXMLParser& parser, std::string& name,
+                                                      TAttributeMap& attributes) {
+  if (name != "value.reference")
+    parser.UnexpectedElement(name);
+  fValues.push_back(TCIMValue());
+  parser.Push(new TStateValueReference(fValues.back()), attributes);
+}
+
+void TCIMXMLParser::TStateValueRefArray::EndElement(TCIMXMLParser& parser, std::string& name) {
+  fTarget.Set(TCIMValue::TCIMType::kReference, 0, fValues);
+  TParseState::EndElement(parser, name);
+}
+
+// ---- Paths ----------------------------------------------------------------------------
+
+// <!ELEMENT NAMESPACEPATH (HOST,LOCALNAMESPACEPATH)>
+// Phases: 0 HOST, 1 LOCALNAMESPACEPATH, 2 done.
+TCIMXMLParser::TStateNamespacePath::TStateNamespacePath(std::string& host,
+                                                        std::string& nameSpace)
+    : fHost(host), fNamespace(nameSpace), fPhase(0) {}
+
+void TCIMXMLParser::TStateNamespacePath::StartElement(TCIMXMLParser& parser, std::string& name,
+                                                      TAttributeMap& attributes) {
+  if (fPhase == 0 && name == "host")
+    parser.Push(new TStateHost(parser, fHost), attributes);
+  else if (fPhase == 1 && name == "localnamespacepath")
+    parser.Push(new TStateLocalNamespacePath(fNamespace), attributes);
+  else
+    parser.UnexpectedElement(name);
+  ++fPhase;
+}
+
+// <!ELEMENT LOCALNAMESPACEPATH (NAMESPACE+)>
+TCIMXMLParser::TStateLocalNamespacePath::TStateLocalNamespacePath(std::string& nameSpace)
+    : fNamespace(nameSpace), fCount(0) {}
+
+void TCIMXMLParser::TStateLocalNamespacePath::StartElement(TCIMXMLParser& parser,
+                                                           std::string& name,
+                                                           TAttributeMap& attributes) {
+  if (name != "namespace")
+    parser.UnexpectedElement(name);
+  ++fCount;
+  parser.Push(new TStateNamespace(fNamespace), attributes);
+}
+
+void TCIMXMLParser::TStateLocalNamespacePath::EndElement(TCIMXMLParser& parser,
+                                                         std::string& name) {
+  if (fCount == 0)
+    parser.FatalError(kNoNamespace);
+  TParseState::EndElement(parser, name);
+}
+
+// <!ELEMENT HOST (#PCDATA)>
+TCIMXMLParser::TStateHost::TStateHost(TCIMXMLParser& parser, std::string& host) : fHost(host) {
+  parser.fCharData.clear();
+}
+
+void TCIMXMLParser::TStateHost::EndElement(TCIMXMLParser& parser, std::string& name) {
+  fHost = parser.fCharData;
+  parser.fCharData.clear();
+  TParseState::EndElement(parser, name);
+}
+
+// <!ELEMENT NAMESPACE EMPTY> <!ATTLIST NAMESPACE %CIMName;>
+// Each namespace adds one segment to the path: root/cimv2.
+TCIMXMLParser::TStateNamespace::TStateNamespace(std::string& nameSpace) : fNamespace(nameSpace) {}
+
+void TCIMXMLParser::TStateNamespace::HandleAttrs(TCIMXMLParser&, TAttributeMap& attributes) {
+  std::string segment;
+  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a)
+    HandleCIMName(a, segment);
+  if (!fNamespace.empty())
+    fNamespace += '/';
+  fNamespace += segment;
+}
+
+// <!ELEMENT CLASSPATH (NAMESPACEPATH,CLASSNAME)>
+// Phases: 0 NAMESPACEPATH, 1 CLASSNAME, 2 done.
+TCIMXMLParser::TStateClassPath::TStateClassPath(std::string& host, std::string& nameSpace,
+                                                std::string& className)
+    : fHost(host), fNamespace(nameSpace), fClassName(className), fPhase(0) {}
+
+void TCIMXMLParser::TStateClassPath::StartElement(TCIMXMLParser& parser, std::string& name,
+                                                  TAttributeMap& attributes) {
+  if (fPhase == 0 && name == "namespacepath")
+    parser.Push(new TStateNamespacePath(fHost, fNamespace), attributes);
+  else if (fPhase == 1 && name == "classname")
+    parser.Push(new TStateClassName(fClassName), attributes);
+  else
+    parser.UnexpectedElement(name);
+  ++fPhase;
+}
+
+// <!ELEMENT LOCALCLASSPATH (LOCALNAMESPACEPATH,CLASSNAME)>
+// Phases: 0 LOCALNAMESPACEPATH, 1 CLASSNAME, 2 done.
+TCIMXMLParser::TStateLocalClassPath::TStateLocalClassPath(std::string& nameSpace,
+                                                          std::string& className)
+    : fNamespace(nameSpace), fClassName(className), fPhase(0) {}
+
+void TCIMXMLParser::TStateLocalClassPath::StartElement(TCIMXMLParser& parser,
+                                                       std::string& name,
+                                                       TAttributeMap& attributes) {
+  if (fPhase == 0 && name == "localnamespacepath")
+    parser.Push(new TStateLocalNamespacePath(fNamespace), attributes);
+  else if (fPhase == 1 && name == "classname")
+    parser.Push(new TStateClassName(fClassName), attributes);
+  else
+    parser.UnexpectedElement(name);
+  ++fPhase;
+}
+
+// <!ELEMENT CLASSNAME EMPTY> <!ATTLIST CLASSNAME %CIMName;>
+TCIMXMLParser::TStateClassName::TStateClassName(std::string& className) : fClassName(className) {}
+
+void TCIMXMLParser::TStateClassName::HandleAttrs(TCIMXMLParser&, TAttributeMap& attributes) {
+  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a)
+    HandleCIMName(a, fClassName);
+}
+
+// <!ELEMENT INSTANCEPATH (NAMESPACEPATH,INSTANCENAME)>
+// Phases: 0 NAMESPACEPATH, 1 INSTANCENAME, 2 done.
+TCIMXMLParser::TStateInstancePath::TStateInstancePath(std::string& host, std::string& nameSpace,
+                                                      TCIMReference& path)
+    : fHost(host), fNamespace(nameSpace), fPath(path), fPhase(0) {}
+
+void TCIMXMLParser::TStateInstancePath::StartElement(TCIMXMLParser& parser, std::string& name,
+                                                     TAttributeMap& attributes) {
+  if (fPhase == 0 && name == "namespacepath")
+    parser.Push(new TStateNamespacePath(fHost, fNamespace), attributes);
+  else if (fPhase == 1 && name == "instancename")
+    parser.Push(new TStateInstanceName(fPath), attributes);
+  else
+    parser.UnexpectedElement(name);
+  ++fPhase;
+}
+
+// <!ELEMENT LOCALINSTANCEPATH (LOCALNAMESPACEPATH,INSTANCENAME)>
+// Phases: 0 LOCALNAMESPACEPATH, 1 INSTANCENAME, 2 done.
+TCIMXMLParser::TStateLocalInstancePath::TStateLocalInstancePath(std::string& nameSpace,
+                                                                TCIMReference& path)
+    : fNamespace(nameSpace), fPath(path), fPhase(0) {}
+
+void TCIMXMLParser::TStateLocalInstancePath::StartElement(TCIMXMLParser& parser,
+                                                          std::string& name,
+                                                          TAttributeMap& attributes) {
+  if (fPhase == 0 && name == "localnamespacepath")
+    parser.Push(new TStateLocalNamespacePath(fNamespace), attributes);
+  else if (fPhase == 1 && name == "instancename")
+    parser.Push(new TStateInstanceName(fPath), attributes);
+  else
+    parser.UnexpectedElement(name);
+  ++fPhase;
+}
+
+// <!ELEMENT OBJECTPATH (INSTANCEPATH|CLASSPATH)>
+TCIMXMLParser::TStateObjectPath::TStateObjectPath(std::string& host, std::string& nameSpace,
+                                                  TCIMReference& path, std::string& className)
+    : fHost(host), fNamespace(nameSpace), fPath(path), fClassName(className), fPhase(0) {}
+
+void TCIMXMLParser::TStateObjectPath::StartElement(TCIMXMLParser& parser, std::string& name,
+                                                   TAttributeMap& attributes) {
+  if (fPhase == 0 && name == "instancepath")
+    parser.Push(new TStateInstancePath(fHost, fNamespace, fPath), attributes);
+  else if (fPhase == 0 && name == "classpath")
+    parser.Push(new TStateClassPath(fHost, fNamespace, fClassName), attributes);
+  else
+    parser.UnexpectedElement(name);
+  fPhase = 1;
+}
+
+// ---- Instance names and key bindings --------------------------------------------------
+
+// Converts a KEYVALUE text to the type of the class's key property name and binds it.
+static void BindKeyText(TCIMXMLParser& parser, TCIMClass& cls, TCIMReference& path,
+                        const std::string& name, std::string& text) {
+  TCIMPropertyDecl* decl = cls.FindPropertyDecl(name);
+  if (!decl)
+    parser.FatalError(("Couldn't find property name " + name + " in class " + cls.GetName())
+                          .c_str());
+  if (!ZelIsKeyDecl(*decl))
+    parser.FatalError(NoKeysMessage(cls).c_str());
+  path.AddKeyValue(name, parser.ParseValue(decl->GetType(), text));
+}
+
+// <!ELEMENT INSTANCENAME (KEYBINDING*|KEYVALUE?|VALUE.REFERENCE?)>
+// <!ATTLIST INSTANCENAME %ClassName;>
+// Phases: 0 nothing yet, 1 key bindings, 2 one unnamed KEYVALUE, 3 one unnamed
+// VALUE.REFERENCE, 4 done. An unnamed value goes to the first key property of the class.
+TCIMXMLParser::TStateInstanceName::TStateInstanceName(TCIMReference& path)
+    : fPath(path), fClass(0), fPhase(0) {}
+
+void TCIMXMLParser::TStateInstanceName::HandleAttrs(TCIMXMLParser& parser,
+                                                    TAttributeMap& attributes) {
+  std::string className;
+  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a)
+    HandleClassName(a, className);
+  fPath.SetContainer(parser.fContainer);
+  fClass = parser.fContainer->FindClass(className);
+  if (!fClass)
+    parser.FatalError(("Couldn't find class name " + className).c_str());
+  fPath.SetClassName(className);
+}
+
+void TCIMXMLParser::TStateInstanceName::StartElement(TCIMXMLParser& parser, std::string& name,
+                                                     TAttributeMap& attributes) {
+  if (fPhase <= 1 && name == "keybinding") {
+    fPhase = 1;
+    parser.Push(new TStateKeyBinding(fClass, fPath), attributes);
+  } else if (fPhase == 0 && name == "keyvalue") {
+    fPhase = 2;
+    parser.Push(new TStateKeyValue(parser, fKeyText), attributes);
+  } else if (fPhase == 0 && name == "value.reference") {
+    fPhase = 3;
+    parser.Push(new TStateValueReference(fKeyReference), attributes);
+  } else {
+    parser.UnexpectedElement(name);
+  }
+}
+
+void TCIMXMLParser::TStateInstanceName::EndElement(TCIMXMLParser& parser, std::string& name) {
+  if (fPhase >= 2) {
+    TCIMPropertyDecl* key = 0;
+    std::vector<TCIMPropertyDecl*> decls = fClass->EnumeratePropertyDecls();
+    for (std::vector<TCIMPropertyDecl*>::const_iterator d = decls.begin(); d != decls.end(); ++d)
+      if (ZelIsKeyDecl(**d)) {
+        key = *d;
+        break;
+      }
+    if (!key)
+      parser.FatalError(NoKeysMessage(*fClass).c_str());
+    if (fPhase == 2)
+      BindKeyText(parser, *fClass, fPath, key->GetName(), fKeyText);
+    else
+      fPath.AddKeyValue(key->GetName(), fKeyReference);
+  }
+  TParseState::EndElement(parser, name);
+}
+
+// <!ELEMENT KEYBINDING (KEYVALUE|VALUE.REFERENCE)> <!ATTLIST KEYBINDING %CIMName;>
+// Phases: 0 nothing read, 1 KEYVALUE read, 2 VALUE.REFERENCE read.
+TCIMXMLParser::TStateKeyBinding::TStateKeyBinding(TCIMClass* cls, TCIMReference& path)
+    : fClass(cls), fPath(path), fPhase(0) {}
+
+void TCIMXMLParser::TStateKeyBinding::HandleAttrs(TCIMXMLParser&, TAttributeMap& attributes) {
+  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a)
+    HandleCIMName(a, fName);
+}
+
+void TCIMXMLParser::TStateKeyBinding::StartElement(TCIMXMLParser& parser, std::string& name,
+                                                   TAttributeMap& attributes) {
+  if (fPhase == 0 && name == "keyvalue") {
+    fPhase = 1;
+    parser.Push(new TStateKeyValue(parser, fKeyText), attributes);
+  } else if (fPhase == 0 && name == "value.reference") {
+    fPhase = 2;
+    parser.Push(new TStateValueReference(fKeyReference), attributes);
+  } else {
+    parser.UnexpectedElement(name);
+  }
+}
+
+void TCIMXMLParser::TStateKeyBinding::EndElement(TCIMXMLParser& parser, std::string& name) {
+  if (fPhase == 1)
+    BindKeyText(parser, *fClass, fPath, fName, fKeyText);
+  else if (fPhase == 2)
+    fPath.AddKeyValue(fName, fKeyReference);
+  TParseState::EndElement(parser, name);
+}
+
+// <!ELEMENT KEYVALUE (#PCDATA)>
+TCIMXMLParser::TStateKeyValue::TStateKeyValue(TCIMXMLParser& parser, std::string& text)
+    : fText(text) {
+  parser.fCharData.clear();
+}
+
+void TCIMXMLParser::TStateKeyValue::EndElement(TCIMXMLParser& parser, std::string& name) {
+  fText = parser.fCharData;
+  parser.fCharData.clear();
+  TParseState::EndElement(parser, name);
+}

@@ -1,0 +1,247 @@
+// The plugin manager over real plugin libraries: discovery, loading once, registration
+// during the load, initialisation, specification documents and every contained failure.
+#include "helpers.h"
+
+#include "TRootObject.h"
+
+#include <gmock/gmock.h>
+
+#include <sstream>
+
+#include <dlfcn.h>
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::UnorderedElementsAre;
+
+typedef PluginTest PluginManagerTest;
+
+static std::vector<std::string> ClassNames(std::vector<TCIMClass*> const& classes) {
+  std::vector<std::string> names;
+  for (TCIMClass* cls : classes)
+    names.push_back(cls->GetName());
+  return names;
+}
+
+static std::string PointerText(void const* pointer) {
+  std::ostringstream text;
+  text << pointer;
+  return text.str();
+}
+
+TEST_F(PluginManagerTest, FindsLoadsAndDescribesPlugins) {
+  TLogger::GetInstance()->SetLogThreshold(zelLogDebug);
+  LoadPlugins({"computersystem", "fans", "typeone"});
+
+  std::vector<std::string> names;
+  for (boost::shared_ptr<IPlugin> const& plugin : fManager->GetPluginsContainer())
+    names.push_back(plugin->GetCallbacks()->GetName());
+  EXPECT_THAT(names, UnorderedElementsAre("KAPLA_ComputerSystem", "KAPLA_Fans", "KAPLA_TypeOne"));
+
+  IPlugin* system = Plugin("KAPLA_ComputerSystem");
+  ASSERT_NE(system, nullptr);
+  EXPECT_TRUE(system->IsInitialized());
+  EXPECT_EQ(system->GetPath(), fPluginDir + "/computersystem/libcomputersystem.pi.so");
+  EXPECT_EQ(system->GetSpecificationPath(),
+            fPluginDir + "/computersystem/computersystem.properties.xml");
+  EXPECT_THAT(ClassNames(system->GetClassesCollected()),
+              ElementsAre("KAPLA_ComputerSystem", "KAPLA_Processor", "KAPLA_Sample",
+                          "KAPLA_Disabled", "KAPLA_NullMark", "KAPLA_FalseMark",
+                          "KAPLA_Template"));
+  for (TCIMClass* cls : system->GetClassesCollected()) {
+    EXPECT_EQ(StringQualifier(cls, "PLUGINNAME"), "KAPLA_ComputerSystem") << cls->GetName();
+    EXPECT_EQ(StringQualifier(cls, "PLUGINVERSION"), "1.2.0") << cls->GetName();
+  }
+  TCIMClass* fan = fSchema->GetClass("KAPLA_SystemFan");
+  EXPECT_EQ(StringQualifier(fan, "PLUGINNAME"), "KAPLA_Fans");
+  EXPECT_EQ(StringQualifier(fan, "PLUGINVERSION"), "0.9");
+  // A shared class belongs to no plugin.
+  EXPECT_EQ(StringQualifier(fSchema->GetClass("KAPLA_System"), "PLUGINNAME"), "(absent)");
+
+  // Each load is logged by its path; the plugin saw no path before Init and its own after.
+  EXPECT_LOGGED("ZEL_Core: [Debug] " + fPluginDir + "/computersystem/libcomputersystem.pi.so");
+  EXPECT_LOGGED("ZEL_Core: [Debug] " + fPluginDir + "/fans/libfans.pi.so");
+  EXPECT_LOGGED("ZEL_KAPLA_ComputerSystem: [Status] Init: path NULL at registration, " +
+                fPluginDir + "/computersystem/libcomputersystem.pi.so now; handle " +
+                PointerText(system));
+  EXPECT_THAT(LinesWith("[Error]"), IsEmpty());
+}
+
+TEST_F(PluginManagerTest, LoadsALibraryOnlyOnce) {
+  TLogger::GetInstance()->SetLogThreshold(zelLogDebug);
+  LoadSharedSchema();
+  StagePlugins({"computersystem"});
+  fManager->LoadPlugin(PluginPath("computersystem"));
+  fManager->LoadPlugin(PluginPath("computersystem"));
+  fManager->FindAndLoadPlugins();
+
+  EXPECT_EQ(fManager->GetPluginsContainer().size(), 1u);
+  EXPECT_THAT(LinesWith("[Debug] "),
+              ElementsAre("ZEL_Core: [Debug] " + PluginPath("computersystem")));
+  // The comparison is of the exact text: another spelling of the path is another library,
+  // which the loader hands back without running its registration again.
+  fManager->LoadPlugin(fPluginDir + "/computersystem/../computersystem/libcomputersystem.pi.so");
+  EXPECT_EQ(fManager->GetPluginsContainer().size(), 1u);
+  EXPECT_EQ(LinesWith("[Debug] ").size(), 2u);
+}
+
+TEST_F(PluginManagerTest, LibraryThatFailsToLoadIsLoggedAndSkipped) {
+  LoadPlugins({"unresolved", "computersystem"});
+
+  ASSERT_EQ(fManager->GetPluginsContainer().size(), 1u);
+  EXPECT_NE(Plugin("KAPLA_ComputerSystem"), nullptr);
+  EXPECT_LOGGED("ZEL_Core: [Error] DLL " + fPluginDir +
+                "/unresolved/libunresolved.pi.so failed to initialize properly");
+  std::vector<std::string> reasons =
+      LinesWith("ZEL_Core: [Error] ERROR: Failed to load plugin.  Reason: ");
+  ASSERT_EQ(reasons.size(), 1u);
+  EXPECT_NE(reasons[0].find("zelTestNoSuchFunction"), std::string::npos) << reasons[0];
+  EXPECT_EQ(fSchema->FindClass("KAPLA_Unresolved"), nullptr);
+
+  // Loading it alone returns normally as well.
+  EXPECT_NO_THROW(fManager->LoadPlugin(PluginPath("unresolved")));
+  EXPECT_EQ(fManager->GetPluginsContainer().size(), 1u);
+}
+
+TEST_F(PluginManagerTest, PluginWhoseInitFailsStaysWithoutClasses) {
+  LoadPlugins({"badinit"});
+
+  IPlugin* plugin = Plugin("KAPLA_BadInit");
+  ASSERT_NE(plugin, nullptr);
+  EXPECT_FALSE(plugin->IsInitialized());
+  EXPECT_EQ(plugin->GetPath(), fPluginDir + "/badinit/libbadinit.pi.so");
+  EXPECT_ZEL_THROW(plugin->GetClassesCollected(), zelStatusFail);
+  EXPECT_EQ(fSchema->FindClass("KAPLA_BadInit"), nullptr); // Its document was not read.
+  EXPECT_LOGGED("ZEL_KAPLA_BadInit: [Status] Init fails");
+  EXPECT_THAT(LinesWith("[Error]"), IsEmpty());
+}
+
+TEST_F(PluginManagerTest, LibraryRegisteringTwoPlugins) {
+  LoadPlugins({"twins"});
+
+  std::list<boost::shared_ptr<IPlugin> >& plugins = fManager->GetPluginsContainer();
+  ASSERT_EQ(plugins.size(), 2u);
+  IPlugin* first = plugins.front().get();
+  IPlugin* second = plugins.back().get();
+  EXPECT_EQ(first->GetCallbacks()->GetVersion(), "1.0");
+  EXPECT_EQ(second->GetCallbacks()->GetVersion(), "2.0");
+  EXPECT_TRUE(first->IsInitialized());
+  EXPECT_TRUE(second->IsInitialized());
+  EXPECT_EQ(first->GetPath(), fPluginDir + "/twins/libtwins.pi.so");
+  EXPECT_EQ(second->GetPath(), first->GetPath());
+  EXPECT_EQ(second->GetSpecificationPath(), fPluginDir + "/twins/twins.properties.xml");
+
+  // Both read the one document; its class was new only for the first.
+  EXPECT_THAT(ClassNames(first->GetClassesCollected()), ElementsAre("KAPLA_Twin"));
+  EXPECT_ZEL_THROW(second->GetClassesCollected(), zelStatusFail);
+  EXPECT_EQ(StringQualifier(fSchema->GetClass("KAPLA_Twin"), "PLUGINVERSION"), "1.0");
+
+  // Same name: the first registered wins.
+  EXPECT_EQ(fManager->SearchForPluginByName("KAPLA_Twin"), first);
+  EXPECT_EQ(fManager->SearchForPluginByName("kapla_twin"), nullptr);
+  EXPECT_EQ(fManager->SearchForPluginByName("KAPLA_Nobody"), nullptr);
+}
+
+TEST_F(PluginManagerTest, LibraryRegisteringNothingStaysLoaded) {
+  LoadSharedSchema();
+  StagePlugins({"silent"});
+  fManager->FindAndLoadPlugins();
+
+  EXPECT_THAT(fManager->GetPluginsContainer(), IsEmpty());
+  void* handle = dlopen(PluginPath("silent").c_str(), RTLD_NOW | RTLD_NOLOAD);
+  EXPECT_NE(handle, nullptr) << "the library was unloaded";
+  if (handle)
+    dlclose(handle); // Drops only the reference just taken.
+}
+
+TEST_F(PluginManagerTest, OnlyTypesZeroAndOneHaveADocument) {
+  LoadPlugins({"typeone"});
+  IPlugin* typeOne = Plugin("KAPLA_TypeOne");
+  ASSERT_NE(typeOne, nullptr);
+  EXPECT_THAT(ClassNames(typeOne->GetClassesCollected()), ElementsAre("KAPLA_TypeOne"));
+  EXPECT_EQ(StringQualifier(fSchema->GetClass("KAPLA_TypeOne"), "PLUGINVERSION"), "3.1");
+
+  // A plugin of type 2 is initialised, and no document is looked for.
+  CppPlugin* other = new CppPlugin("KAPLA_TypeTwo", 2);
+  IPlugin* handle = fManager->RegisterPlugin(other);
+  fManager->InitializeProviders("./nowhere/libtypetwo.pi.so");
+  EXPECT_EQ(fManager->SearchForPluginByName("KAPLA_TypeTwo"), handle);
+  EXPECT_TRUE(handle->IsInitialized());
+  EXPECT_EQ(handle->GetCallbacks(), other);
+  EXPECT_ZEL_THROW(handle->GetClassesCollected(), zelStatusFail);
+}
+
+TEST_F(PluginManagerTest, SchemaWithoutPluginDeclarations) {
+  // No shared schema: the document of typeone declares KEY itself, but nothing declares
+  // PLUGINNAME.
+  StagePlugins({"typeone"});
+  EXPECT_NO_THROW(fManager->FindAndLoadPlugins());
+  EXPECT_LOGGED("ZEL_Core: [Error] Couldn't find PLUGINNAME/PLUGINVERSION qualifier decl");
+
+  // The plugin stays, with its classes read but not stamped.
+  IPlugin* plugin = Plugin("KAPLA_TypeOne");
+  ASSERT_NE(plugin, nullptr);
+  EXPECT_THAT(ClassNames(plugin->GetClassesCollected()), ElementsAre("KAPLA_TypeOne"));
+  EXPECT_EQ(fSchema->GetClass("KAPLA_TypeOne")->FindQualifier("PLUGINNAME"), nullptr);
+}
+
+TEST_F(PluginManagerTest, DocumentFailureEndsTheTakeOver) {
+  LoadSharedSchema();
+  CppPlugin* first = new CppPlugin("KAPLA_First", 0);
+  CppPlugin* second = new CppPlugin("KAPLA_Second", 0);
+  fManager->RegisterPlugin(first);
+  fManager->RegisterPlugin(second);
+
+  // The document of ./missing/libmissing.pi.so does not exist.
+  EXPECT_ZEL_THROW(fManager->InitializeProviders("./missing/libmissing.pi.so"),
+                   zelStatusFileSystemError);
+  ASSERT_EQ(fManager->GetPluginsContainer().size(), 1u);
+  EXPECT_EQ(fManager->GetPluginsContainer().front()->GetCallbacks(), first);
+
+  // The next load clears the registration left over.
+  StagePlugins({"silent"});
+  fManager->LoadPlugin(PluginPath("silent"));
+  fManager->InitializeProviders("./missing/libmissing.pi.so");
+  EXPECT_EQ(fManager->GetPluginsContainer().size(), 1u);
+  second->PrepareForUnload();
+}
+
+TEST_F(PluginManagerTest, SpecificationPaths) {
+  TPluginManager::TPlugin plugin(0);
+  EXPECT_EQ(plugin.GetPath(), "");
+  EXPECT_FALSE(plugin.IsInitialized());
+
+  plugin.SetPath("/opt/p/libx.pi.so");
+  EXPECT_EQ(plugin.GetSpecificationPath(), "/opt/p/x.properties.xml");
+  // The first "lib" of the whole path goes, on purpose.
+  plugin.SetPath("/usr/lib/p/libx.pi.so");
+  EXPECT_EQ(plugin.GetSpecificationPath(), "/usr//p/libx.properties.xml");
+  plugin.SetPath("/opt/p/x.pi.so");
+  EXPECT_ZEL_THROW(plugin.GetSpecificationPath(), zelStatusFail);
+  plugin.SetPath("/opt/p/libx.so");
+  EXPECT_ZEL_THROW(plugin.GetSpecificationPath(), zelStatusFail);
+}
+
+TEST_F(PluginManagerTest, SingletonAndRootAccess) {
+  EXPECT_EQ(TRootObject::GetPluginManager(), fManager);
+  EXPECT_EQ(TRootObject::GetQueryManager(), TQueryManager::GetInstance());
+  EXPECT_EQ(fManager->GetPluginManagerPath(), fPluginDir);
+
+  // A second Initialize replaces the pointer and leaves the first manager alive.
+  ASSERT_EQ(TPluginManager::Initialize("/elsewhere"), zelStatusOK);
+  TPluginManager* second = TPluginManager::GetInstance();
+  EXPECT_NE(second, fManager);
+  EXPECT_EQ(TRootObject::GetPluginManager(), second);
+  EXPECT_EQ(second->GetPluginManagerPath(), "/elsewhere");
+  EXPECT_EQ(fManager->GetPluginManagerPath(), fPluginDir);
+  delete second;
+  TPluginManager::fgInstance = fManager;
+
+  // A directory that cannot be listed ends the search with its status.
+  TPluginManager::fgInstance = 0;
+  ASSERT_EQ(TPluginManager::Initialize("./no-such-directory"), zelStatusOK);
+  EXPECT_ZEL_THROW(TPluginManager::GetInstance()->FindAndLoadPlugins(),
+                   zelStatusFileSystemError);
+  delete TPluginManager::GetInstance();
+  TPluginManager::fgInstance = fManager;
+}

@@ -1,0 +1,180 @@
+// Plugin tests: fresh managers per test, the shared schema loaded as a host does, real plugin
+// libraries copied into the test's own plugin directory (so each test loads new copies, whose
+// load-time registration runs again), and plugins ended at the end as a host ends them.
+#ifndef PLUGINS_HELPERS_H
+#define PLUGINS_HELPERS_H
+
+#include "ZelTest.h"
+
+#include "IPlugin.h"
+#include "IPluginBasicQueryCallbacks.h"
+#include "IPluginCallbacks.h"
+#include "TCIMClass.h"
+#include "TCIMInstance.h"
+#include "TCIMProperty.h"
+#include "TCIMQualifier.h"
+#include "TCPluginCallbacks.h"
+#include "TContainer.h"
+#include "TLogger.h"
+#include "TPluginManager.h"
+#include "TQueryManager.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
+
+class PluginTest : public ZelTest {
+protected:
+  void SetUp() override {
+    ZelTest::SetUp();
+    char cwd[4096];
+    ASSERT_NE(getcwd(cwd, sizeof cwd), nullptr);
+    fOldDir = cwd;
+    // The loader knows a library by the path it was given: every test needs its own
+    // spelling, so that its copies are loaded afresh. Counted, not random, so no "lib" can
+    // turn up in a directory name.
+    static int sTests = 0;
+    std::string name = "plugins" + std::to_string(++sTests);
+    fPluginDir = "../" + name;
+    std::filesystem::create_directory(TempPath(name));
+    ASSERT_EQ(chdir(TempPath(name).c_str()), 0); // Where FindPlugins must run.
+    ASSERT_EQ(TPluginManager::Initialize(fPluginDir), zelStatusOK);
+    ASSERT_EQ(TQueryManager::Initialize(), zelStatusOK);
+    fManager = TPluginManager::GetInstance();
+    fSchema = fManager->GetSchema();
+  }
+
+  void TearDown() override {
+    while (!fManager->GetPluginsContainer().empty())
+      EndPlugin(fManager->GetPluginsContainer().front().get());
+    delete TQueryManager::GetInstance();
+    TQueryManager::fgInstance = 0;
+    delete TPluginManager::GetInstance();
+    TPluginManager::fgInstance = 0;
+    EXPECT_EQ(chdir(fOldDir.c_str()), 0);
+    ZelTest::TearDown();
+  }
+
+  /// The declarations and the abstract system class that the plugins' documents use.
+  void LoadSharedSchema() {
+    fSchema->PopulateContainerFromFile(ZEL_TEST_DATA_DIR "/shared-schema.xml");
+  }
+
+  /// Copies built plugins (library and document) into the current plugin directory.
+  void StagePlugins(std::vector<std::string> const& names) {
+    for (std::string const& name : names)
+      std::filesystem::copy(std::string(ZEL_TEST_PLUGIN_DIR) + "/" + name, name,
+                            std::filesystem::copy_options::recursive);
+  }
+
+  /// Where the manager finds a staged plugin's library.
+  std::string PluginPath(std::string const& name) const {
+    return fPluginDir + "/" + name + "/lib" + name + ".pi.so";
+  }
+
+  /// Loads the shared schema, stages the plugins and loads them all.
+  void LoadPlugins(std::vector<std::string> const& names) {
+    LoadSharedSchema();
+    StagePlugins(names);
+    fManager->FindAndLoadPlugins();
+  }
+
+  IPlugin* Plugin(std::string const& name) {
+    IPlugin* plugin = fManager->SearchForPluginByName(name);
+    EXPECT_NE(plugin, nullptr) << name << " is not registered";
+    return plugin;
+  }
+
+  static TCPluginCallbacks* Callbacks(IPlugin* plugin) {
+    return dynamic_cast<TCPluginCallbacks*>(plugin->GetCallbacks());
+  }
+
+  /// Ends a plugin as a host does (DeInit, then PrepareForUnload, retried once) and drops it
+  /// from the manager.
+  void EndPlugin(IPlugin* plugin) {
+    IPluginCallbacks* callbacks = plugin->GetCallbacks();
+    try {
+      callbacks->DeInit();
+    } catch (TZELException&) {
+    }
+    try {
+      callbacks->PrepareForUnload();
+    } catch (TZELException&) {
+      callbacks->PrepareForUnload();
+    }
+    fManager->GetPluginsContainer().remove_if(
+        [&](boost::shared_ptr<IPlugin> const& p) { return p.get() == plugin; });
+  }
+
+  std::vector<TCIMInstance*> Instances(std::string const& className) {
+    TCIMClass* cls = fSchema->FindClass(className);
+    EXPECT_NE(cls, nullptr) << className << " is not in the schema";
+    return cls ? cls->EnumerateInstances(false) : std::vector<TCIMInstance*>();
+  }
+
+  static std::string StringQualifier(TCIMClass* cls, std::string const& name) {
+    TCIMQualifier* qualifier = cls->FindQualifier(name);
+    return qualifier ? static_cast<std::string>(qualifier->GetValue()) : "(absent)";
+  }
+
+  /// The log lines that contain text.
+  std::vector<std::string> LinesWith(std::string const& text) const {
+    std::vector<std::string> found;
+    for (std::string const& line : LoggedLines())
+      if (line.find(text) != std::string::npos)
+        found.push_back(line);
+    return found;
+  }
+
+  /// Position of an exact log line, or -1.
+  long LinePosition(std::string const& text) const {
+    std::vector<std::string> lines = LoggedLines();
+    std::vector<std::string>::iterator found = std::find(lines.begin(), lines.end(), text);
+    return found == lines.end() ? -1 : found - lines.begin();
+  }
+
+  std::string fOldDir;
+  std::string fPluginDir; ///< The manager's directory, relative to the current one.
+  TPluginManager* fManager = nullptr;
+  TContainer* fSchema = nullptr;
+};
+
+/// A plugin written in C++ against the core's interfaces: a host may register such objects
+/// with RegisterPlugin itself. Type 0 reads a document; PrepareForUnload deletes it, as the
+/// C binding does.
+class CppPlugin : public IPluginCallbacks {
+public:
+  CppPlugin(std::string name, int type) : fName(name), fType(type) {}
+  int GetType() override { return fType; }
+  std::string GetName() override { return fName; }
+  std::string GetVersion() override { return "7.0"; }
+  std::string GetInterfaceVersion() override { return "1.0"; }
+  void PrepareForUnload() override { delete this; }
+  void Init() override {}
+  void DeInit() override {}
+  int GetURLType() override { return 0; }
+
+private:
+  std::string fName;
+  int fType;
+};
+
+/// A C++ plugin that collects through a function given by the test.
+class CppQueryPlugin : public CppPlugin, public IPluginBasicQueryCallbacks {
+public:
+  typedef std::function<void(TContainer*, std::vector<TCIMClass*>&)> TGetData;
+  CppQueryPlugin(std::string name, TGetData getData)
+      : CppPlugin(name, 0), fGetData(getData) {}
+  void GetData(TContainer* container, std::vector<TCIMClass*>& classes) override {
+    fGetData(container, classes);
+  }
+
+private:
+  TGetData fGetData;
+};
+
+#endif

@@ -1,0 +1,111 @@
+/* The computer-system plugin: the machine itself, its processors, a sample filled through
+ * every typed property function, and classes that the core must never ask for. */
+#include "testplugin.h"
+
+static TCPluginCallbacks* gSelf;
+static int gPathWasNullAtRegistration;
+
+static zelPluginInfo GetInfo(TCPluginCallbacks* self) {
+  zelPluginInfo info = {"KAPLA_ComputerSystem", "1.2.0", "1.0", 0, 0};
+  (void)self;
+  return info;
+}
+
+static zelStatusCode Init(TCPluginCallbacks* self) {
+  char* path = NULL;
+  IPlugin* handle = NULL;
+  zelGetPluginPath(self, &path);
+  zelGetHandle(self, &handle);
+  TestPluginLog(self, "Init: path %s at registration, %s now; handle %p",
+                gPathWasNullAtRegistration ? "NULL" : "set", path, (void*)handle);
+  return zelStatusOK;
+}
+
+static zelStatusCode AddComputerSystem(zelIOHandle* io) {
+  zelStatusCode status = zelAddClass(io, "KAPLA_ComputerSystem");
+  if (status == zelStatusOK)
+    status = zelAddStringProperty(io, "CreationClassName", "KAPLA_ComputerSystem");
+  if (status == zelStatusOK)
+    status = zelAddStringProperty(io, "Name", "ZELHOST01");
+  if (status == zelStatusOK)
+    status = zelAddStringProperty(io, "ProductName", "Corvane 9000 -[6631ABC]-");
+  if (status == zelStatusOK)
+    status = zelAddStringProperty(io, "SerialNumber", "KQ1234X  ");
+  return status;
+}
+
+static zelStatusCode AddProcessors(zelIOHandle* io) {
+  static const char* const kIds[] = {"CPU0", "CPU1"};
+  int i;
+  for (i = 0; i < 2; ++i) {
+    zelStatusCode status = zelAddClass(io, "KAPLA_Processor");
+    if (status == zelStatusOK)
+      status = zelAddStringProperty(io, "DeviceID", kIds[i]);
+    if (status == zelStatusOK)
+      status = zelAddProperty(io, "MaxClockSpeed", "2400");
+    if (status != zelStatusOK)
+      return status;
+  }
+  return zelStatusOK;
+}
+
+/* One value of every kind, each at the edge of its type. */
+static zelStatusCode AddSample(zelIOHandle* io) {
+  zelStatusCode status = TestPluginAddWithId(io, "KAPLA_Sample", 1);
+  TCIMDateTime* stamp = NULL;
+  zelCIMValueArray* levels = NULL;
+  if (status != zelStatusOK)
+    return status;
+  zelAddBooleanProperty(io, "Flag", 2);
+  zelAddUint8Property(io, "U8", 255);
+  zelAddSint8Property(io, "S8", -128);
+  zelAddUint16Property(io, "U16", 65535);
+  zelAddSint16Property(io, "S16", -32768);
+  zelAddUint32Property(io, "U32", 4294967295u);
+  zelAddSint32Property(io, "S32", -2147483647 - 1);
+  zelAddUint64Property(io, "U64", 18446744073709551615ull);
+  zelAddSint64Property(io, "S64", -9223372036854775807ll - 1);
+  zelAddStringProperty(io, "Text", "h\xc3\xa9llo, world");
+  zelAddProperty(io, "Parsed", "12345");
+
+  zelNewCIMDateTime(&stamp);
+  zelSetDateTimeString(stamp, "20031107153000.000000-300");
+  zelAddDateTimeProperty(io, "Stamp", stamp);
+  zelDeleteCIMDateTime(stamp);
+
+  zelNewCIMValueArray(&levels);
+  zelArrayAddUint16(levels, 10);
+  zelArrayAddUint16(levels, 20);
+  zelArrayAddUint16(levels, 30);
+  status = zelAddArrayProperty(io, "Levels", levels);
+  zelDeleteCIMValueArray(levels);
+  return status;
+}
+
+static zelStatusCode GetData(TCPluginCallbacks* self, zelIOHandle* io, const char** classNames,
+                             int classCount) {
+  int i;
+  TestPluginLogGetData(self, classNames, classCount);
+  for (i = 0; i < classCount; ++i) {
+    zelStatusCode status;
+    if (strcmp(classNames[i], "KAPLA_ComputerSystem") == 0)
+      status = AddComputerSystem(io);
+    else if (strcmp(classNames[i], "KAPLA_Processor") == 0)
+      status = AddProcessors(io);
+    else if (strcmp(classNames[i], "KAPLA_Sample") == 0)
+      status = AddSample(io);
+    else
+      status = TestPluginAddWithId(io, classNames[i], 1);
+    if (status != zelStatusOK)
+      return status;
+  }
+  return zelStatusOK;
+}
+
+__attribute__((constructor)) static void RegisterComputerSystem(void) {
+  zelPluginCallbacks callbacks = {NULL, Init, TestPluginNothingToDo, GetData, GetInfo,
+                                  TestPluginNothingToDo};
+  char* path = (char*)"unset";
+  zelRegisterPlugin(&callbacks, &gSelf);
+  gPathWasNullAtRegistration = zelGetPluginPath(gSelf, &path) == zelStatusOK && path == NULL;
+}

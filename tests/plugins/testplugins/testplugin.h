@@ -1,0 +1,46 @@
+/* What the test plugins share: a formatted status line in their own name, the line that
+ * records each GetData call, and the callbacks that have nothing to do. Everything is
+ * static: copies of one plugin loaded side by side must not bind to each other. */
+#ifndef TESTPLUGIN_H
+#define TESTPLUGIN_H
+
+#include "zelcore.h"
+
+#include <stdarg.h>
+#include <stdio.h>
+#include <string.h>
+
+/* One "[Status] " line prefixed with the plugin's name. */
+static inline void TestPluginLog(TCPluginCallbacks* self, const char* format, ...) {
+  char line[1024];
+  va_list arguments;
+  va_start(arguments, format);
+  vsnprintf(line, sizeof line, format, arguments);
+  va_end(arguments);
+  zelWriteLog(self, zelLogStatus, line);
+}
+
+/* "GetData <count>: <class> <class> ...", so tests see every call and its order. */
+static inline void TestPluginLogGetData(TCPluginCallbacks* self, const char** classNames,
+                                        int classCount) {
+  char line[1024];
+  size_t used = (size_t)snprintf(line, sizeof line, "GetData %d:", classCount);
+  int i;
+  for (i = 0; i < classCount && used < sizeof line; ++i)
+    used += (size_t)snprintf(line + used, sizeof line - used, " %s", classNames[i]);
+  zelWriteLog(self, zelLogStatus, line);
+}
+
+static inline zelStatusCode TestPluginNothingToDo(TCPluginCallbacks* self) {
+  (void)self;
+  return zelStatusOK;
+}
+
+/* One instance of className whose uint32 key "Id" is id. */
+static inline zelStatusCode TestPluginAddWithId(zelIOHandle* io, const char* className,
+                                                uint32_t id) {
+  zelStatusCode status = zelAddClass(io, className);
+  return status != zelStatusOK ? status : zelAddUint32Property(io, "Id", id);
+}
+
+#endif

@@ -1,0 +1,321 @@
+// The CIM-XML parser over hand-written documents: what each element builds in the container.
+#include "cimxml_helpers.h"
+
+#include "ZelTest.h"
+
+#include "TCIMClass.h"
+#include "TCIMDateTime.h"
+#include "TCIMInstance.h"
+#include "TCIMProperty.h"
+#include "TCIMPropertyDecl.h"
+#include "TCIMQualifier.h"
+#include "TCIMQualifierDecl.h"
+#include "TCIMReference.h"
+
+typedef std::vector<std::string> TNames;
+
+class CIMXMLParserTest : public ZelTest {
+protected:
+  void LoadQualifiers() { ParseInto(fContainer, DataText("qualifier-declarations.xml")); }
+
+  TCIMValue Value(char const* cls, std::string const& key, char const* property) {
+    std::vector<TCIMInstance*> instances = fContainer.GetClass(cls)->EnumerateInstances(false);
+    for (TCIMInstance* instance : instances)
+      if (instance->BuildPath().GetPath() == key)
+        return instance->GetProperty(property).GetValue();
+    ADD_FAILURE() << "no instance " << key;
+    return TCIMValue();
+  }
+
+  TContainer fContainer;
+};
+
+TEST_F(CIMXMLParserTest, QualifierDeclarationsKeepTypeDefaultScopeAndFlavor) {
+  EXPECT_TRUE(ParseInto(fContainer, DataText("qualifier-declarations.xml")).empty());
+  TNames names;
+  for (TCIMQualifierDecl* decl : fContainer.EnumerateQualifiers())
+    names.push_back(decl->GetName());
+  EXPECT_EQ(names, (TNames{"ABSTRACT", "ASSOCIATION", "Colors", "Description", "KEY", "MaxLen",
+                           "OVERRIDE", "ValueMap"}));
+
+  TCIMQualifierDecl* key = fContainer.GetQualifierDecl("key");
+  EXPECT_EQ(key->GetType(), TCIMValue::TCIMType::kBoolean);
+  EXPECT_FALSE(static_cast<bool>(key->GetValue()));
+  EXPECT_EQ(key->GetScope(), 4 + 8);
+  EXPECT_EQ(key->GetFlavor(), 2);
+
+  // PROPERTY="false" still scopes to properties; the repeated declaration was ignored.
+  TCIMQualifierDecl* maxLen = fContainer.GetQualifierDecl("MaxLen");
+  EXPECT_EQ(maxLen->GetScope(), 4);
+  EXPECT_EQ(maxLen->GetFlavor(), 1 + 2);
+  EXPECT_EQ(static_cast<unsigned int>(maxLen->GetValue()), 256u);
+
+  EXPECT_EQ(fContainer.GetQualifierDecl("Description")->GetFlavor(), 1 + 2 + 4);
+  EXPECT_EQ(fContainer.GetQualifierDecl("ABSTRACT")->GetScope(), 1 + 2);
+  EXPECT_TRUE(fContainer.GetQualifierDecl("Description")->GetValue().IsNull());
+  EXPECT_EQ(fContainer.GetQualifierDecl("Description")->GetType(), TCIMValue::TCIMType::kString);
+
+  TCIMQualifierDecl* valueMap = fContainer.GetQualifierDecl("ValueMap");
+  EXPECT_TRUE(valueMap->IsArray());
+  EXPECT_TRUE(valueMap->GetValue().IsNull());
+
+  TCIMValue colors = fContainer.GetQualifierDecl("Colors")->GetValue();
+  EXPECT_TRUE(colors.IsArray());
+  EXPECT_EQ(colors.GetMaxArraySize(), 3u);
+  EXPECT_EQ(colors.ToString(10), "{ red, green, blue }");
+}
+
+TEST_F(CIMXMLParserTest, ClassHierarchyInheritsAndOverrides) {
+  LoadQualifiers();
+  std::vector<TCIMClass*> classes = ParseInto(fContainer, DataText("class-hierarchy-override.xml"));
+  EXPECT_EQ(ClassNames(classes), (TNames{"ZT_ManagedElement", "ZT_System", "ZT_Server"}));
+
+  TCIMClass* element = fContainer.GetClass("zt_managedelement");
+  TCIMClass* system = fContainer.GetClass("ZT_System");
+  TCIMClass* server = fContainer.GetClass("ZT_Server");
+  EXPECT_TRUE(element->IsAbstract());
+  EXPECT_FALSE(system->IsAbstract());  // ABSTRACT is not inherited without TOSUBCLASS
+  EXPECT_EQ(server->GetSuperClass(), system);
+  EXPECT_TRUE(server->IsSubclassOf(element));
+
+  // The override replaces the declaration in the subclass only; the grandchild inherits it.
+  EXPECT_EQ(static_cast<unsigned short>(element->GetPropertyDecl("Generation").GetValue()), 1);
+  EXPECT_EQ(static_cast<unsigned short>(system->GetPropertyDecl("Generation").GetValue()), 2);
+  EXPECT_EQ(&server->GetPropertyDecl("generation"), &system->GetPropertyDecl("Generation"));
+  EXPECT_EQ(&server->GetPropertyDecl("Generation").GetClass(), system);
+  EXPECT_EQ(server->EnumerateKeyNames(), (TNames{"Name"}));
+
+  // Property qualifiers stay with their declaration.
+  EXPECT_EQ(static_cast<unsigned int>(
+                server->GetPropertyDecl("Caption").GetQualifier("MaxLen").GetValue()),
+            64u);
+
+  // Class qualifiers: the propagated Description was overridden in ZT_System, whose own one
+  // (no flavors written) does not reach ZT_Server.
+  EXPECT_EQ(static_cast<std::string>(system->GetQualifier("Description").GetValue()), "A system");
+  EXPECT_FALSE(system->GetQualifier("Description").GetPropagated());
+  EXPECT_EQ(server->FindQualifier("Description"), nullptr);
+
+  TCIMValue ports = server->GetPropertyDecl("Ports").GetValue();
+  EXPECT_EQ(ports.GetType(), TCIMValue::TCIMType::ECIMType(TCIMValue::TCIMType::kUint16 |
+                                                          TCIMValue::TCIMType::kArray));
+  EXPECT_EQ(ports.GetMaxArraySize(), 4u);
+  EXPECT_EQ(ports.ToString(10), "{ 22, 80 }");
+  EXPECT_TRUE(server->GetPropertyDecl("Roles").GetValue().IsNull());
+  EXPECT_EQ(server->GetPropertyDecl("Roles").GetType(), TCIMValue::TCIMType::kString);
+}
+
+TEST_F(CIMXMLParserTest, InstancesCarryScalarArrayDateTimeAndReferenceValues) {
+  LoadQualifiers();
+  EXPECT_EQ(ClassNames(ParseInto(fContainer, DataText("instances-properties.xml"))),
+            (TNames{"ZT_Disk", "ZT_Volume", "ZT_DiskVolume"}));
+
+  std::string disk = "ZT_Disk.DeviceID=\"disk0\"";
+  EXPECT_EQ(static_cast<unsigned long>(Value("ZT_Disk", disk, "Size")), 500107862016ul);
+  EXPECT_EQ(Value("ZT_Disk", disk, "Blocks").ToString(10), "{ 1, 2, 3 }");
+  EXPECT_EQ(Value("ZT_Disk", disk, "Installed").ToString(10), "20031107153000.000000-300");
+  EXPECT_FALSE(static_cast<bool>(Value("ZT_Disk", disk, "Removable")));
+  EXPECT_EQ(static_cast<short>(Value("ZT_Disk", disk, "Temperature")), -5);
+  EXPECT_EQ(static_cast<double>(Value("ZT_Disk", disk, "Ratio")), 0.5);
+  // No VALUE: NULL of the declared type, not the class's default.
+  TCIMValue label = Value("ZT_Disk", disk, "Label");
+  EXPECT_TRUE(label.IsNull());
+  EXPECT_EQ(label.GetType(), TCIMValue::TCIMType::kString);
+
+  // Character references are decoded in values and key values alike.
+  EXPECT_EQ(static_cast<std::string>(Value("ZT_Volume", "ZT_Volume.Name=\"C:&A\"", "Name")),
+            "C:&A");
+
+  std::vector<TCIMInstance*> links =
+      fContainer.GetClass("ZT_DiskVolume")->EnumerateInstances(false);
+  ASSERT_EQ(links.size(), 1u);
+  TCIMReference toDisk = links[0]->GetProperty("Disk").GetValue();
+  TCIMReference toVolume = links[0]->GetProperty("Volume").GetValue();
+  EXPECT_EQ(toDisk.GetPath(), disk);
+  EXPECT_EQ(toVolume.GetPath(), "ZT_Volume.Name=\"C:&A\"");
+  EXPECT_EQ(toDisk.GetCIMElement(), fContainer.GetClass("ZT_Disk")->EnumerateInstances(false)[0]);
+}
+
+TEST_F(CIMXMLParserTest, KeyValuesBindByNameOrToTheFirstKeyAndMayBeReferences) {
+  LoadQualifiers();
+  ParseInto(fContainer, DataText("key-bindings.xml"));
+  // The unnamed KEYVALUE went to Number, the class's only key, declared second.
+  std::vector<TCIMInstance*> users = fContainer.GetClass("ZT_PortUser")->EnumerateInstances(false);
+  ASSERT_EQ(users.size(), 1u);
+  EXPECT_EQ(users[0]->BuildPath().GetPath(), "ZT_PortUser.Port=\"ZT_Port.Number=\"80\"\"");
+
+  std::vector<TCIMInstance*> audits = fContainer.GetClass("ZT_Audit")->EnumerateInstances(false);
+  ASSERT_EQ(audits.size(), 1u);
+  TCIMReference subject = audits[0]->GetProperty("Subject").GetValue();
+  EXPECT_EQ(subject.GetCIMElement(), users[0]);
+}
+
+TEST_F(CIMXMLParserTest, DeclarationGroupsWithPathsAndNames) {
+  LoadQualifiers();
+  std::vector<TCIMClass*> classes = ParseInto(fContainer, DataText("object-paths.xml"));
+  EXPECT_EQ(ClassNames(classes), (TNames{"ZT_Fan", "ZT_Sensor", "ZT_Probe"}));
+  EXPECT_NE(fContainer.FindQualifierDecl("Version"), nullptr);
+  EXPECT_EQ(static_cast<std::string>(
+                fContainer.GetClass("ZT_Fan")->GetQualifier("Version").GetValue()),
+            "1.0");
+  EXPECT_EQ(fContainer.GetClass("ZT_Fan")->EnumerateInstances(false).size(), 2u);
+  EXPECT_EQ(fContainer.GetClass("ZT_Probe")->EnumerateInstances(false).size(), 1u);
+  // A reference declaration without a value keeps its class: NULL of type reference.
+  TCIMValue kind = fContainer.GetClass("ZT_Sensor")->GetPropertyDecl("Kind").GetValue();
+  EXPECT_TRUE(kind.IsNull());
+  EXPECT_EQ(kind.GetReferencedClass(), fContainer.GetClass("ZT_Fan"));
+}
+
+TEST_F(CIMXMLParserTest, CreateRequestsRegisterWithoutCollecting) {
+  LoadQualifiers();
+  EXPECT_TRUE(ParseInto(fContainer, DataText("request-create.xml")).empty());
+  TCIMClass* battery = fContainer.GetClass("ZT_Battery");
+  std::vector<TCIMInstance*> instances = battery->EnumerateInstances(false);
+  ASSERT_EQ(instances.size(), 2u);
+  // uint8 is read as a number, then cut to 8 bits: 300 is 44.
+  EXPECT_EQ(static_cast<unsigned char>(Value("ZT_Battery", "ZT_Battery.Id=\"7\"", "Charge")), 44);
+  EXPECT_TRUE(Value("ZT_Battery", "ZT_Battery.Id=\"8\"", "Charge").IsNull());
+
+  // Creating a class the container already has is accepted without change.
+  ParseInto(fContainer, DataText("request-create.xml"));
+  EXPECT_EQ(fContainer.GetClass("ZT_Battery"), battery);
+  EXPECT_EQ(battery->EnumerateInstances(false).size(), 4u);  // equal paths are kept side by side
+}
+
+TEST_F(CIMXMLParserTest, AClassDefinedTwiceKeepsTheFirstAndIsCollectedOnce) {
+  LoadQualifiers();
+  std::string doc = DataText("class-hierarchy-override.xml");
+  EXPECT_EQ(ParseInto(fContainer, doc).size(), 3u);
+  TCIMClass* system = fContainer.GetClass("ZT_System");
+  EXPECT_TRUE(ParseInto(fContainer, doc).empty());
+  EXPECT_EQ(fContainer.GetClass("ZT_System"), system);
+
+  std::string twice = "<CIM><DECLARATION><DECLGROUP>"
+                      "<VALUE.OBJECT><CLASS NAME=\"A\"><QUALIFIER NAME=\"ABSTRACT\" TYPE=\"boolean\">"
+                      "<VALUE>true</VALUE></QUALIFIER></CLASS></VALUE.OBJECT>"
+                      "<VALUE.OBJECT><CLASS NAME=\"a\"><QUALIFIER NAME=\"ABSTRACT\" TYPE=\"boolean\">"
+                      "<VALUE>true</VALUE></QUALIFIER><PROPERTY NAME=\"x\" TYPE=\"string\"/></CLASS>"
+                      "</VALUE.OBJECT></DECLGROUP></DECLARATION></CIM>";
+  EXPECT_EQ(ClassNames(ParseInto(fContainer, twice)), (TNames{"A"}));
+  EXPECT_EQ(fContainer.GetClass("A")->FindPropertyDecl("x"), nullptr);
+  EXPECT_TRUE(LoggedLines().empty());
+}
+
+// A document around one INSTANCE of ZT_Disk (instances-properties.xml loaded first).
+static std::string DiskInstance(std::string const& properties) {
+  return "<CIM><DECLARATION><DECLGROUP><VALUE.OBJECT><INSTANCE CLASSNAME=\"ZT_Disk\">"
+         "<PROPERTY NAME=\"DeviceID\" TYPE=\"string\"><VALUE>disk9</VALUE></PROPERTY>" +
+         properties + "</INSTANCE></VALUE.OBJECT></DECLGROUP></DECLARATION></CIM>";
+}
+
+TEST_F(CIMXMLParserTest, UX402ModeDropsValuesOfAnotherType) {
+  LoadQualifiers();
+  ParseInto(fContainer, DataText("instances-properties.xml"));
+  std::string doc = DiskInstance("<PROPERTY NAME=\"Removable\" TYPE=\"string\"><VALUE>no</VALUE>"
+                                 "</PROPERTY><PROPERTY NAME=\"Label\" TYPE=\"string\">"
+                                 "<VALUE>data</VALUE></PROPERTY>");
+  ParseInto(fContainer, doc, /*ux402=*/true);
+  std::string key = "ZT_Disk.DeviceID=\"disk9\"";
+  EXPECT_TRUE(static_cast<bool>(Value("ZT_Disk", key, "Removable")));  // the class default
+  EXPECT_EQ(static_cast<std::string>(Value("ZT_Disk", key, "Label")), "data");
+  EXPECT_TRUE(LoggedLines().empty());
+
+  // Without the mode the same document is refused.
+  TContainer strict;
+  ParseInto(strict, DataText("qualifier-declarations.xml"));
+  ParseInto(strict, DataText("instances-properties.xml"));
+  EXPECT_ZEL_THROW(ParseInto(strict, doc), zelStatusInvalidSpecificationDocument);
+  EXPECT_EQ(LoggedLines(),
+            (TNames{"ZEL_Core: [Error] CIM-XML Parser line 1:Property type != property "
+                    "declaration type",
+                    "ZEL_Core: [Error] TCIMXMLParser: Threw exception "
+                    "zelStatusInvalidSpecificationDocument on line 1"}));
+}
+
+TEST_F(CIMXMLParserTest, ValueTextIsKeptWholeAndBadDateTimesDefault) {
+  LoadQualifiers();
+  ParseInto(fContainer, DataText("instances-properties.xml"));
+  ParseInto(fContainer, DiskInstance("<PROPERTY NAME=\"Label\" TYPE=\"string\"><VALUE>\n  two\n"
+                                     "  lines </VALUE></PROPERTY>\n"
+                                     "<PROPERTY NAME=\"Installed\" TYPE=\"datetime\">"
+                                     "<VALUE>yesterday</VALUE></PROPERTY>"));
+  std::string key = "ZT_Disk.DeviceID=\"disk9\"";
+  EXPECT_EQ(static_cast<std::string>(Value("ZT_Disk", key, "Label")), "\n  two\n  lines ");
+  EXPECT_EQ(Value("ZT_Disk", key, "Installed").ToString(10), "19700101000000.000000+000");
+  EXPECT_EQ(LoggedLines(), (TNames{"ZEL_Core: [Error] Invalid datetime found on line 4.  "
+                                   "Defaulting the datetime to 01/01/1970 00:00:00."}));
+}
+
+TEST_F(CIMXMLParserTest, AnInstanceJoinsItsClassOnlyWhenItsObjectElementEnds) {
+  LoadQualifiers();
+  ParseInto(fContainer, DataText("instances-properties.xml"));
+  TCIMClass* disk = fContainer.GetClass("ZT_Disk");
+  EXPECT_ZEL_THROW(ParseInto(fContainer, DiskInstance("<PROPERTY NAME=\"Nope\" TYPE=\"string\"/>")),
+                   zelStatusNotFound);
+  EXPECT_EQ(disk->EnumerateInstances(false).size(), 1u);
+  EXPECT_EQ(LoggedLines(), (TNames{"ZEL_Core: [Error] TCIMXMLParser: Couldn't find property Nope",
+                                   "ZEL_Core: [Error] TCIMXMLParser: Threw exception "
+                                   "zelStatusNotFound on line 1"}));
+}
+
+TEST_F(CIMXMLParserTest, AMethodPushesNothingSoItsEndTagClosesTheClass) {
+  LoadQualifiers();
+  std::string head = "<CIM><DECLARATION><DECLGROUP><VALUE.OBJECT><CLASS NAME=\"M\">"
+                     "<QUALIFIER NAME=\"ABSTRACT\" TYPE=\"boolean\"><VALUE>true</VALUE></QUALIFIER>"
+                     "<METHOD NAME=\"Reset\"></METHOD></CLASS></VALUE.OBJECT>";
+  // Last in the document it does no harm: the class is registered.
+  EXPECT_EQ(ClassNames(ParseInto(fContainer, head + "</DECLGROUP></DECLARATION></CIM>")),
+            (TNames{"M"}));
+  // But the end tags are one off from then on: the next object lands in DECLARATION.
+  TContainer other;
+  ParseInto(other, DataText("qualifier-declarations.xml"));
+  EXPECT_ZEL_THROW(ParseInto(other, head + "\n<VALUE.OBJECT/></DECLGROUP></DECLARATION></CIM>"),
+                   zelStatusInvalidSpecificationDocument);
+  EXPECT_LOGGED("ZEL_Core: [Error] CIM-XML Parser line 2:Unexpected element value.object");
+}
+
+TEST_F(CIMXMLParserTest, ASuperclassMustBeDefinedFirst) {
+  LoadQualifiers();
+  std::string doc = "<CIM>\n<DECLARATION>\n<DECLGROUP>\n"
+                    "<VALUE.OBJECT><CLASS NAME=\"Late\" SUPERCLASS=\"Early\"/></VALUE.OBJECT>\n"
+                    "<VALUE.OBJECT><CLASS NAME=\"Early\"/></VALUE.OBJECT>\n"
+                    "</DECLGROUP></DECLARATION></CIM>";
+  EXPECT_ZEL_THROW(ParseInto(fContainer, doc), zelStatusNotFound);
+  EXPECT_EQ(LoggedLines(), (TNames{"ZEL_Core: [Error] TCIMXMLParser: Threw exception "
+                                   "zelStatusNotFound on line 4"}));
+  EXPECT_EQ(fContainer.FindClass("Early"), nullptr);
+}
+
+TEST_F(CIMXMLParserTest, ConvertersFollowStreamRules) {
+  std::string text = "true";
+  EXPECT_TRUE(TCIMXMLParser::ConvertBool(text));
+  for (char const* word : {"TRUE", "1", "false", "yes", ""}) {
+    text = word;
+    EXPECT_FALSE(TCIMXMLParser::ConvertBool(text)) << word;
+  }
+  text = " 42abc";
+  EXPECT_EQ(TCIMXMLParser::ConvertUnsignedInt(text), 42u);
+  text = "none";
+  EXPECT_EQ(TCIMXMLParser::ConvertUnsignedInt(text), 0u);
+}
+
+TEST_F(CIMXMLParserTest, ParseValueReadsLikeTheValueTextConstructor) {
+  typedef TCIMValue::TCIMType T;
+  TCIMXMLParser parser(&fContainer);
+  char const* texts[] = {"0", "7", " \t\n42", "42abc", "12.5", "-1", "-0", "+5", "", "x",
+                         "255", "256", "300", "-129", "65535", "65536", "32767", "-32768",
+                         "32768", "4294967295", "4294967296", "2147483648", "-2147483649",
+                         "999999999999999999", "1000000000000000000", "18446744073709551615",
+                         "-9223372036854775808", "true", "false", "TRUE", " true", "1e3",
+                         "0x10", "00042"};
+  for (T::ECIMType type : {T::kBoolean, T::kUint8, T::kSint8, T::kUint16, T::kSint16,
+                           T::kUint32, T::kSint32, T::kUint64, T::kSint64, T::kReal32,
+                           T::kReal64, T::kString}) {
+    for (char const* word : texts) {
+      std::string text = word, again = word;
+      TCIMValue expected(T(type), again, fContainer);
+      EXPECT_TRUE(parser.ParseValue(T(type), text) == expected)
+          << "type " << T(type) << " text '" << word << "'";
+    }
+  }
+}
