@@ -39,6 +39,9 @@ const char kQualifierDeclarations[] =
     "<QUALIFIER.DECLARATION NAME=\"Abstract\" TYPE=\"boolean\" TOSUBCLASS=\"false\">\n"
     " <SCOPE CLASS=\"true\" ASSOCIATION=\"true\"/>\n <VALUE>false</VALUE>\n"
     "</QUALIFIER.DECLARATION>\n"
+    "<QUALIFIER.DECLARATION NAME=\"Association\" TYPE=\"boolean\">\n"
+    " <SCOPE ASSOCIATION=\"true\"/>\n <VALUE>false</VALUE>\n"
+    "</QUALIFIER.DECLARATION>\n"
     "<QUALIFIER.DECLARATION NAME=\"Description\" TYPE=\"string\" TRANSLATABLE=\"true\">\n"
     " <SCOPE CLASS=\"true\" PROPERTY=\"true\" REFERENCE=\"true\"/>\n"
     "</QUALIFIER.DECLARATION>\n"
@@ -74,6 +77,13 @@ const char kBaseClasses[] =
     "  <QUALIFIER NAME=\"ValueMap\" TYPE=\"string\"><VALUE.ARRAY><VALUE>0</VALUE><VALUE>1</VALUE>"
     "<VALUE>2</VALUE><VALUE>3</VALUE></VALUE.ARRAY></QUALIFIER>\n"
     " </PROPERTY.ARRAY>\n"
+    "</CLASS>\n</VALUE.OBJECT>\n"
+    // References belong in association classes only.
+    "<VALUE.OBJECT>\n<CLASS NAME=\"ZEL_DeviceOwner\">\n"
+    " <QUALIFIER NAME=\"Association\" TYPE=\"boolean\"><VALUE>true</VALUE></QUALIFIER>\n"
+    " <PROPERTY.REFERENCE NAME=\"Device\" REFERENCECLASS=\"ZEL_LogicalDevice\">\n"
+    "  <QUALIFIER NAME=\"Key\" TYPE=\"boolean\"><VALUE>true</VALUE></QUALIFIER>\n"
+    " </PROPERTY.REFERENCE>\n"
     " <PROPERTY.REFERENCE NAME=\"Owner\" REFERENCECLASS=\"ZEL_ManagedElement\"/>\n"
     "</CLASS>\n</VALUE.OBJECT>\n";
 }  // namespace

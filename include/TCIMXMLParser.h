@@ -72,7 +72,7 @@ private:
   class TPropertyState;      // PROPERTY* in an INSTANCE
 
   /// Pushes a new child state and hands it the element's attributes.
-  template <class State> State& Push(State* state, TAttributeMap& attributes);
+  template <class State, class... Args> State& Push(TAttributeMap& attributes, Args&&... args);
   /// Reports "Unexpected element " + name.
   [[noreturn]] void UnexpectedElement(const std::string& name);
 

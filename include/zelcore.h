@@ -7,6 +7,13 @@
 
 #define ZEL_API __attribute__((visibility("default")))
 
+/* The enumerations are 32-bit signed; C++ states it, so that any int32 value is valid. */
+#ifdef __cplusplus
+#define ZEL_ENUM(name) enum name : int32_t
+#else
+#define ZEL_ENUM(name) enum name
+#endif
+
 #ifdef __cplusplus
 #define ZEL_BEGIN_DECL extern "C" {
 #define ZEL_END_DECL }
@@ -16,14 +23,14 @@
 #endif
 
 /* Status codes: fixed values, compared against by plugins. */
-typedef enum zelStatusCode {
+typedef ZEL_ENUM(zelStatusCode) {
 #define ZEL_STATUS(name, value) name = value,
 #include "zelStatus.def"
 #undef ZEL_STATUS
 } zelStatusCode;
 
 /* Log severities: smaller is more severe; zelLogMemoryOnly is kept, never written. */
-typedef enum zelLogSeverity {
+typedef ZEL_ENUM(zelLogSeverity) {
   zelLogError = 0,
   zelLogWarning = 1,
   zelLogStatus = 2,

@@ -16,6 +16,7 @@ fi
 cmake --build build-fuzz -j "$(nproc)" --target fuzzers
 
 mkdir -p build-fuzz/artifacts
+export LSAN_OPTIONS=suppressions=$PWD/scripts/lsan.supp  # the root class outlives its container
 for fuzzer in build-fuzz/fuzz/*_fuzzer; do
   name=$(basename "$fuzzer" _fuzzer)
   mkdir -p "build-fuzz/corpora/$name"

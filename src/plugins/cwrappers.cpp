@@ -486,7 +486,11 @@ zelStatusCode zelAddArrayProperty(zelIOHandle* handle, const char* name,
     // must hold an open instance.
     TCIMValue const& declared =
         handle->fCurrentInstance->GetClass().GetPropertyDecl(name).GetValue();
-    return TCIMValue(declared.GetType(), declared.GetMaxArraySize(), pArray->fValues);
+    // Set on a made value, not the array constructor: a refused element throws after the
+    // body is built, and only a whole value frees it.
+    TCIMValue array;
+    array.Set(declared.GetType(), declared.GetMaxArraySize(), pArray->fValues);
+    return array;
   });
 }
 

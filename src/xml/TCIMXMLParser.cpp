@@ -38,6 +38,43 @@ static std::string LowerCaseName(const char* name) {
   throw TZELException(e.GetCode());
 }
 
+// The decimal integer that stream extraction would read, when the text makes the result
+// certain: optional white space, a minus sign where allowed, then 1 to 18 digits followed by
+// a non-digit. Anything else (a plus sign, more digits) is left to the stream.
+static bool ReadPlainInteger(const std::string& text, bool allowMinus, long long& value) {
+  const char* p = text.c_str();
+  while (*p == ' ' || (*p >= '\t' && *p <= '\r'))
+    ++p;
+  bool negative = allowMinus && *p == '-';
+  if (negative)
+    ++p;
+  const char* digits = p;
+  unsigned long long number = 0;
+  for (; *p >= '0' && *p <= '9'; ++p) {
+    if (p - digits == 18)
+      return false;
+    number = number * 10 + static_cast<unsigned long long>(*p - '0');
+  }
+  if (p == digits)
+    return false;
+  value = negative ? -static_cast<long long>(number) : static_cast<long long>(number);
+  return true;
+}
+
+// A date-time that cannot be read is logged and replaced by the start of 1970.
+static TCIMValue ParseDateTime(const std::string& text, const TCIMXMLParser& parser) {
+  try {
+    return TCIMValue(TCIMDateTime(text));
+  } catch (TZELException const& e) {
+    if (e.GetCode() != zelStatusInvalidDateTime)
+      throw;
+  }
+  TCIMDateTime epoch(/*year=*/1970, /*month=*/1, /*day=*/1, 0, 0, 0, 0, /*utcOffset=*/0);
+  ZelLog(zelLogError, "Invalid datetime found on line " + std::to_string(parser.GetCurLine()) +
+                          ".  Defaulting the datetime to " + epoch.ToUIString() + ".");
+  return TCIMValue(epoch);
+}
+
 bool ZelIsKeyDecl(const TCIMPropertyDecl& decl) {
   TCIMQualifier* key = decl.FindQualifier("KEY");
   if (!key)
@@ -113,19 +150,57 @@ unsigned int TCIMXMLParser::ConvertUnsignedInt(std::string& text) {
   return value;
 }
 
+// Plain integers, true and false, strings and date-times are read here without a stream,
+// with the results of the TCIMValue text constructor, which takes every other text. Every
+// path returns a temporary, so that no value is copied on the way out.
 TCIMValue TCIMXMLParser::ParseValue(TCIMValue::TCIMType type, std::string& text) {
-  if (type != TCIMValue::TCIMType::kDateTime)
-    return TCIMValue(type, text, *fContainer);
-  try {
-    return TCIMValue(type, text, *fContainer);
-  } catch (TZELException const& e) {
-    if (e.GetCode() != zelStatusInvalidDateTime)
-      throw;
+  typedef TCIMValue::TCIMType T;
+  long long n = 0;
+  switch (static_cast<T::ECIMType>(type)) {
+  case T::kString:
+    return TCIMValue(text);
+  case T::kBoolean:
+    if (text == "true" || text == "false")
+      return TCIMValue(text == "true");
+    break;
+  case T::kUint8:  // read as unsigned int, then cut to 8 bits
+    if (ReadPlainInteger(text, false, n) && n <= 4294967295LL)
+      return TCIMValue(static_cast<unsigned char>(n));
+    break;
+  case T::kSint8:  // read as int, then cut to 8 bits
+    if (ReadPlainInteger(text, true, n) && n >= -2147483648LL && n <= 2147483647LL)
+      return TCIMValue(static_cast<signed char>(n));
+    break;
+  case T::kUint16:
+    if (ReadPlainInteger(text, false, n) && n <= 65535)
+      return TCIMValue(static_cast<unsigned short>(n));
+    break;
+  case T::kSint16:
+    if (ReadPlainInteger(text, true, n) && n >= -32768 && n <= 32767)
+      return TCIMValue(static_cast<short>(n));
+    break;
+  case T::kUint32:
+    if (ReadPlainInteger(text, false, n) && n <= 4294967295LL)
+      return TCIMValue(static_cast<unsigned int>(n));
+    break;
+  case T::kSint32:
+    if (ReadPlainInteger(text, true, n) && n >= -2147483648LL && n <= 2147483647LL)
+      return TCIMValue(static_cast<int>(n));
+    break;
+  case T::kUint64:
+    if (ReadPlainInteger(text, false, n))
+      return TCIMValue(static_cast<unsigned long>(n));
+    break;
+  case T::kSint64:
+    if (ReadPlainInteger(text, true, n))
+      return TCIMValue(static_cast<long>(n));
+    break;
+  case T::kDateTime:
+    return ParseDateTime(text, *this);  // the line is counted only for the log
+  default:
+    break;
   }
-  TCIMDateTime epoch(/*year=*/1970, /*month=*/1, /*day=*/1, 0, 0, 0, 0, /*utcOffset=*/0);
-  ZelLog(zelLogError, "Invalid datetime found on line " + std::to_string(GetCurLine()) +
-                          ".  Defaulting the datetime to " + epoch.ToUIString() + ".");
-  return TCIMValue(epoch);
+  return TCIMValue(type, text, *fContainer);
 }
 
 bool TCIMXMLParser::HandleCIMName(TAttributeMap::const_iterator attribute, std::string& name) {
@@ -236,7 +311,7 @@ void TCIMXMLParser::TStateStart::StartElement(TCIMXMLParser& parser, std::string
                                               TAttributeMap& attributes) {
   if (name != "cim")
     parser.UnexpectedElement(name);
-  parser.Push(new TStateCIM, attributes);
+  parser.Push<TStateCIM>(attributes);
 }
 
 // <!ELEMENT CIM (MESSAGE|DECLARATION)>
@@ -244,9 +319,9 @@ void TCIMXMLParser::TStateStart::StartElement(TCIMXMLParser& parser, std::string
 void TCIMXMLParser::TStateCIM::StartElement(TCIMXMLParser& parser, std::string& name,
                                             TAttributeMap& attributes) {
   if (name == "declaration")
-    parser.Push(new TStateDeclaration, attributes);
+    parser.Push<TStateDeclaration>(attributes);
   else if (name == "message")
-    parser.Push(new TStateMessage, attributes);
+    parser.Push<TStateMessage>(attributes);
   else
     parser.UnexpectedElement(name);
 }
@@ -264,11 +339,11 @@ void TCIMXMLParser::TStateCIM::HandleAttrs(TCIMXMLParser& parser, TAttributeMap&
 void TCIMXMLParser::TStateDeclaration::StartElement(TCIMXMLParser& parser, std::string& name,
                                                     TAttributeMap& attributes) {
   if (name == "declgroup")
-    parser.Push(new TStateDeclGroup, attributes);
+    parser.Push<TStateDeclGroup>(attributes);
   else if (name == "declgroup.withname")
-    parser.Push(new TStateDeclGroupWithName, attributes);
+    parser.Push<TStateDeclGroupWithName>(attributes);
   else if (name == "declgroup.withpath")
-    parser.Push(new TStateDeclGroupWithPath, attributes);
+    parser.Push<TStateDeclGroupWithPath>(attributes);
   else
     parser.UnexpectedElement(name);
 }
@@ -284,17 +359,17 @@ void TCIMXMLParser::TStateDeclGroup::StartElement(TCIMXMLParser& parser, std::st
   case 0:
     fPhase = 1;
     if (name == "namespacepath") {
-      parser.Push(new TStateNamespacePath(fHost, fNamespace), attributes);
+      parser.Push<TStateNamespacePath>(attributes, fHost, fNamespace);
       return;
     }
     if (name == "localnamespacepath") {
-      parser.Push(new TStateLocalNamespacePath(fNamespace), attributes);
+      parser.Push<TStateLocalNamespacePath>(attributes, fNamespace);
       return;
     }
     [[fallthrough]];
   case 1:
     if (name == "qualifier.declaration") {
-      parser.Push(new TStateQualifierDeclaration, attributes);
+      parser.Push<TStateQualifierDeclaration>(attributes);
       return;
     }
     fPhase = 2;
@@ -302,9 +377,9 @@ void TCIMXMLParser::TStateDeclGroup::StartElement(TCIMXMLParser& parser, std::st
   case 2:
     if (name == fObjectElement) {
       if (name == "value.object")
-        parser.Push(new TStateValueObject, attributes);
+        parser.Push<TStateValueObject>(attributes);
       else
-        parser.Push(new TStateValueNamedObject, attributes);
+        parser.Push<TStateValueNamedObject>(attributes);
       return;
     }
     parser.UnexpectedElement(name);
@@ -318,9 +393,9 @@ void TCIMXMLParser::TStateDeclGroupWithPath::StartElement(TCIMXMLParser& parser,
                                                           std::string& name,
                                                           TAttributeMap& attributes) {
   if (name == "value.objectwithpath")
-    parser.Push(new TStateValueObjectWithPath, attributes);
+    parser.Push<TStateValueObjectWithPath>(attributes);
   else if (name == "value.objectwithlocalpath")
-    parser.Push(new TStateValueObjectWithLocalPath, attributes);
+    parser.Push<TStateValueObjectWithLocalPath>(attributes);
   else
     parser.UnexpectedElement(name);
 }
@@ -357,13 +432,13 @@ void TCIMXMLParser::TStateQualifierDeclaration::StartElement(TCIMXMLParser& pars
     if (name != "scope")
       parser.FatalError(kExpectedScope);
     fPhase = 1;
-    parser.Push(new TStateScope(fScope), attributes);
+    parser.Push<TStateScope>(attributes, fScope);
     return;
   case 1:
     if (name == "value")
-      parser.Push(new TStateValue(parser, fValue, fType), attributes);
+      parser.Push<TStateValue>(attributes, parser, fValue, fType);
     else if (name == "value.array")
-      parser.Push(new TStateValueArray(fValue, fType, fArraySize), attributes);
+      parser.Push<TStateValueArray>(attributes, fValue, fType, fArraySize);
     else
       parser.UnexpectedElement(name);
     fValueRead = true;

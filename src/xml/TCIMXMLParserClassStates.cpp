@@ -42,9 +42,9 @@ TCIMXMLParser::TObjectState::~TObjectState() {
 void TCIMXMLParser::TObjectState::PushObject(TCIMXMLParser& parser, std::string& name,
                                              TAttributeMap& attributes) {
   if (name == "class")
-    parser.Push(new TStateClass(&fClass), attributes);
+    parser.Push<TStateClass>(attributes, &fClass);
   else if (name == "instance")
-    parser.Push(new TStateInstance(&fInstance), attributes);
+    parser.Push<TStateInstance>(attributes, &fInstance);
   else
     parser.UnexpectedElement(name);
 }
@@ -96,7 +96,7 @@ void TCIMXMLParser::TStateValueNamedObject::StartElement(TCIMXMLParser& parser,
     PushObject(parser, name, attributes);
   } else if (fPhase == 0 && name == "instancename") {
     fPhase = 1;
-    parser.Push(new TStateInstanceName(fPath), attributes);
+    parser.Push<TStateInstanceName>(attributes, fPath);
   } else if (fPhase == 1 && name == "instance") {
     fPhase = 2;
     PushObject(parser, name, attributes);
@@ -112,7 +112,7 @@ void TCIMXMLParser::TStateValueNamedInstance::StartElement(TCIMXMLParser& parser
                                                            TAttributeMap& attributes) {
   if (fPhase == 0 && name == "instancename") {
     fPhase = 1;
-    parser.Push(new TStateInstanceName(fPath), attributes);
+    parser.Push<TStateInstanceName>(attributes, fPath);
   } else if (fPhase == 1 && name == "instance") {
     fPhase = 2;
     PushObject(parser, name, attributes);
@@ -128,10 +128,10 @@ void TCIMXMLParser::TStateValueObjectWithPath::StartElement(TCIMXMLParser& parse
                                                             TAttributeMap& attributes) {
   if (fPhase == 0 && name == "classpath") {
     fPhase = 1;
-    parser.Push(new TStateClassPath(fHost, fNamespace, fClassName), attributes);
+    parser.Push<TStateClassPath>(attributes, fHost, fNamespace, fClassName);
   } else if (fPhase == 0 && name == "instancepath") {
     fPhase = 2;
-    parser.Push(new TStateInstancePath(fHost, fNamespace, fPath), attributes);
+    parser.Push<TStateInstancePath>(attributes, fHost, fNamespace, fPath);
   } else if ((fPhase == 1 && name == "class") || (fPhase == 2 && name == "instance")) {
     fPhase = 3;
     PushObject(parser, name, attributes);
@@ -147,10 +147,10 @@ void TCIMXMLParser::TStateValueObjectWithLocalPath::StartElement(TCIMXMLParser& 
                                                                  TAttributeMap& attributes) {
   if (fPhase == 0 && name == "localclasspath") {
     fPhase = 1;
-    parser.Push(new TStateLocalClassPath(fNamespace, fClassName), attributes);
+    parser.Push<TStateLocalClassPath>(attributes, fNamespace, fClassName);
   } else if (fPhase == 0 && name == "localinstancepath") {
     fPhase = 2;
-    parser.Push(new TStateLocalInstancePath(fNamespace, fPath), attributes);
+    parser.Push<TStateLocalInstancePath>(attributes, fNamespace, fPath);
   } else if ((fPhase == 1 && name == "class") || (fPhase == 2 && name == "instance")) {
     fPhase = 3;
     PushObject(parser, name, attributes);
@@ -179,22 +179,22 @@ void TCIMXMLParser::TStateClass::StartElement(TCIMXMLParser& parser, std::string
   switch (fPhase) {
   case 0:
     if (name == "qualifier") {
-      parser.Push(new TStateQualifier(fClass), attributes);
+      parser.Push<TStateQualifier>(attributes, fClass);
       return;
     }
     fPhase = 1;
     [[fallthrough]];
   case 1:
     if (name == "property") {
-      parser.Push(new TStatePropertyDecl(*fClass), attributes);
+      parser.Push<TStatePropertyDecl>(attributes, *fClass);
       return;
     }
     if (name == "property.array") {
-      parser.Push(new TStatePropertyArrayDecl(*fClass), attributes);
+      parser.Push<TStatePropertyArrayDecl>(attributes, *fClass);
       return;
     }
     if (name == "property.reference") {
-      parser.Push(new TStatePropertyReferenceDecl(*fClass), attributes);
+      parser.Push<TStatePropertyReferenceDecl>(attributes, *fClass);
       return;
     }
     fPhase = 2;
@@ -233,18 +233,18 @@ void TCIMXMLParser::TStateInstance::StartElement(TCIMXMLParser& parser, std::str
   switch (fPhase) {
   case 0:
     if (name == "qualifier") {
-      parser.Push(new TStateQualifier(0), attributes);
+      parser.Push<TStateQualifier>(attributes, static_cast<ICIMAllowQualifiers*>(0));
       return;
     }
     fPhase = 1;
     [[fallthrough]];
   case 1:
     if (name == "property")
-      parser.Push(new TStateProperty(instance), attributes);
+      parser.Push<TStateProperty>(attributes, instance);
     else if (name == "property.array")
-      parser.Push(new TStatePropertyArray(instance), attributes);
+      parser.Push<TStatePropertyArray>(attributes, instance);
     else if (name == "property.reference")
-      parser.Push(new TStatePropertyReference(instance), attributes);
+      parser.Push<TStatePropertyReference>(attributes, instance);
     else
       parser.UnexpectedElement(name);
     return;
@@ -269,9 +269,9 @@ void TCIMXMLParser::TStateQualifier::StartElement(TCIMXMLParser& parser, std::st
   if (fValueRead)
     parser.UnexpectedElement(name);
   if (name == "value")
-    parser.Push(new TStateValue(parser, fValue, fType), attributes);
+    parser.Push<TStateValue>(attributes, parser, fValue, fType);
   else if (name == "value.array")
-    parser.Push(new TStateValueArray(fValue, fType, 0), attributes);
+    parser.Push<TStateValueArray>(attributes, fValue, fType, 0);
   else
     parser.UnexpectedElement(name);
   fValueRead = true;
@@ -344,7 +344,7 @@ void TCIMXMLParser::TPropertyDeclState::HandleAttrs(TCIMXMLParser& parser,
 void TCIMXMLParser::TPropertyDeclState::StartElement(TCIMXMLParser& parser, std::string& name,
                                                      TAttributeMap& attributes) {
   if (fPhase == 0 && name == "qualifier") {
-    parser.Push(new TStateQualifier(fDecl), attributes);
+    parser.Push<TStateQualifier>(attributes, fDecl);
     return;
   }
   if (fPhase > 1)
@@ -352,11 +352,11 @@ void TCIMXMLParser::TPropertyDeclState::StartElement(TCIMXMLParser& parser, std:
   fPhase = 2;
   fValueRead = true;
   if (fForm == kZelScalarProperty && name == "value")
-    parser.Push(new TStateValue(parser, fValue, fType), attributes);
+    parser.Push<TStateValue>(attributes, parser, fValue, fType);
   else if (fForm == kZelArrayProperty && name == "value.array")
-    parser.Push(new TStateValueArray(fValue, fType, fArraySize), attributes);
+    parser.Push<TStateValueArray>(attributes, fValue, fType, fArraySize);
   else if (fForm == kZelReferenceProperty && name == "value.reference")
-    parser.Push(new TStateValueReference(fValue), attributes);
+    parser.Push<TStateValueReference>(attributes, fValue);
   else
     parser.UnexpectedElement(name);
 }
@@ -410,7 +410,7 @@ void TCIMXMLParser::TPropertyState::HandleAttrs(TCIMXMLParser& parser,
 void TCIMXMLParser::TPropertyState::StartElement(TCIMXMLParser& parser, std::string& name,
                                                  TAttributeMap& attributes) {
   if (fPhase == 0 && name == "qualifier") {
-    parser.Push(new TStateQualifier(0), attributes);
+    parser.Push<TStateQualifier>(attributes, static_cast<ICIMAllowQualifiers*>(0));
     return;
   }
   if (fPhase > 1)
@@ -419,11 +419,11 @@ void TCIMXMLParser::TPropertyState::StartElement(TCIMXMLParser& parser, std::str
   fValueRead = true;
   TCIMValue::TCIMType element(TCIMValue::TCIMType::ECIMType(fType & ~TCIMValue::TCIMType::kArray));
   if (fForm == kZelScalarProperty && name == "value")
-    parser.Push(new TStateValue(parser, fValue, element), attributes);
+    parser.Push<TStateValue>(attributes, parser, fValue, element);
   else if (fForm == kZelArrayProperty && name == "value.array")
-    parser.Push(new TStateValueArray(fValue, element, fArraySize), attributes);
+    parser.Push<TStateValueArray>(attributes, fValue, element, fArraySize);
   else if (fForm == kZelReferenceProperty && name == "value.reference")
-    parser.Push(new TStateValueReference(fValue), attributes);
+    parser.Push<TStateValueReference>(attributes, fValue);
   else
     parser.UnexpectedElement(name);
 }

@@ -17,9 +17,9 @@ void TCIMXMLParser::TStateMessage::HandleAttrs(TCIMXMLParser& parser, TAttribute
 void TCIMXMLParser::TStateMessage::StartElement(TCIMXMLParser& parser, std::string& name,
                                                 TAttributeMap& attributes) {
   if (name == "simplereq")
-    parser.Push(new TStateSimpleReq, attributes);
+    parser.Push<TStateSimpleReq>(attributes);
   else if (name == "multireq")
-    parser.Push(new TStateMultiReq, attributes);
+    parser.Push<TStateMultiReq>(attributes);
   else
     parser.UnexpectedElement(name);
 }
@@ -32,7 +32,7 @@ void TCIMXMLParser::TStateMultiReq::StartElement(TCIMXMLParser& parser, std::str
     parser.UnexpectedElement(name);
   if (fPhase < 2)
     ++fPhase;
-  parser.Push(new TStateSimpleReq, attributes);
+  parser.Push<TStateSimpleReq>(attributes);
 }
 
 void TCIMXMLParser::TStateMultiReq::EndElement(TCIMXMLParser& parser, std::string& name) {
@@ -46,7 +46,7 @@ void TCIMXMLParser::TStateSimpleReq::StartElement(TCIMXMLParser& parser, std::st
                                                   TAttributeMap& attributes) {
   if (name != "imethodcall")
     parser.UnexpectedElement(name);
-  parser.Push(new TStateIMethodCall, attributes);
+  parser.Push<TStateIMethodCall>(attributes);
 }
 
 // <!ELEMENT IMETHODCALL (LOCALNAMESPACEPATH,IPARAMVALUE*)> <!ATTLIST IMETHODCALL %CIMName;>
@@ -65,9 +65,9 @@ void TCIMXMLParser::TStateIMethodCall::StartElement(TCIMXMLParser& parser, std::
                                                     TAttributeMap& attributes) {
   if (fPhase == 0 && name == "localnamespacepath") {
     fPhase = 1;
-    parser.Push(new TStateLocalNamespacePath(fNamespace), attributes);
+    parser.Push<TStateLocalNamespacePath>(attributes, fNamespace);
   } else if (fPhase == 1 && name == "iparamvalue") {
-    parser.Push(new TStateIParamValue, attributes);
+    parser.Push<TStateIParamValue>(attributes);
   } else {
     parser.UnexpectedElement(name);
   }

@@ -9,7 +9,9 @@
 #include "TCIMReference.h"
 #include "TCIMValue.h"
 
+#include <boost/make_shared.hpp>
 #include <map>
+#include <utility>
 #include <string>
 #include <vector>
 
@@ -19,9 +21,10 @@ class TCIMPropertyDecl;
 
 typedef TCIMXMLParser::TAttributeMap TAttributeMap;
 
-template <class State>
-State& TCIMXMLParser::Push(State* state, TAttributeMap& attributes) {
-  fStateStack.push_back(boost::shared_ptr<TParseState>(state));
+template <class State, class... Args>
+State& TCIMXMLParser::Push(TAttributeMap& attributes, Args&&... args) {
+  boost::shared_ptr<State> state = boost::make_shared<State>(std::forward<Args>(args)...);
+  fStateStack.push_back(state);
   state->HandleAttrs(*this, attributes);
   return *state;
 }

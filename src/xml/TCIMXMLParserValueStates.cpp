@@ -43,7 +43,7 @@ void TCIMXMLParser::TStateValueArray::StartElement(TCIMXMLParser& parser, std::s
     parser.UnexpectedElement(name);
   fValues.push_back(TCIMValue());
   // The previous element's state is gone, so growing the list invalidates no target.
-  parser.Push(new TStateValue(parser, fValues.back(), fType), attributes);
+  parser.Push<TStateValue>(attributes, parser, fValues.back(), fType);
 }
 
 void TCIMXMLParser::TStateValueArray::EndElement(TCIMXMLParser& parser, std::string& name) {
@@ -69,17 +69,17 @@ void TCIMXMLParser::TStateValueReference::StartElement(TCIMXMLParser& parser,
     parser.UnexpectedElement(name);
   fPhase = 1;
   if (name == "classpath")
-    parser.Push(new TStateClassPath(fHost, fNamespace, fClassName), attributes);
+    parser.Push<TStateClassPath>(attributes, fHost, fNamespace, fClassName);
   else if (name == "localclasspath")
-    parser.Push(new TStateLocalClassPath(fNamespace, fClassName), attributes);
+    parser.Push<TStateLocalClassPath>(attributes, fNamespace, fClassName);
   else if (name == "classname")
-    parser.Push(new TStateClassName(fClassName), attributes);
+    parser.Push<TStateClassName>(attributes, fClassName);
   else if ((fPhase = 2), name == "instancepath")
-    parser.Push(new TStateInstancePath(fHost, fNamespace, fPath), attributes);
+    parser.Push<TStateInstancePath>(attributes, fHost, fNamespace, fPath);
   else if (name == "localinstancepath")
-    parser.Push(new TStateLocalInstancePath(fNamespace, fPath), attributes);
+    parser.Push<TStateLocalInstancePath>(attributes, fNamespace, fPath);
   else if (name == "instancename")
-    parser.Push(new TStateInstanceName(fPath), attributes);
+    parser.Push<TStateInstanceName>(attributes, fPath);
   else
     parser.UnexpectedElement(name);
 }
@@ -109,7 +109,7 @@ void TCIMXMLParser::TStateValueRefArray::StartElement(TCIMXMLParser& parser, std
   if (name != "value.reference")
     parser.UnexpectedElement(name);
   fValues.push_back(TCIMValue());
-  parser.Push(new TStateValueReference(fValues.back()), attributes);
+  parser.Push<TStateValueReference>(attributes, fValues.back());
 }
 
 void TCIMXMLParser::TStateValueRefArray::EndElement(TCIMXMLParser& parser, std::string& name) {
@@ -128,9 +128,9 @@ TCIMXMLParser::TStateNamespacePath::TStateNamespacePath(std::string& host,
 void TCIMXMLParser::TStateNamespacePath::StartElement(TCIMXMLParser& parser, std::string& name,
                                                       TAttributeMap& attributes) {
   if (fPhase == 0 && name == "host")
-    parser.Push(new TStateHost(parser, fHost), attributes);
+    parser.Push<TStateHost>(attributes, parser, fHost);
   else if (fPhase == 1 && name == "localnamespacepath")
-    parser.Push(new TStateLocalNamespacePath(fNamespace), attributes);
+    parser.Push<TStateLocalNamespacePath>(attributes, fNamespace);
   else
     parser.UnexpectedElement(name);
   ++fPhase;
@@ -146,7 +146,7 @@ void TCIMXMLParser::TStateLocalNamespacePath::StartElement(TCIMXMLParser& parser
   if (name != "namespace")
     parser.UnexpectedElement(name);
   ++fCount;
-  parser.Push(new TStateNamespace(fNamespace), attributes);
+  parser.Push<TStateNamespace>(attributes, fNamespace);
 }
 
 void TCIMXMLParser::TStateLocalNamespacePath::EndElement(TCIMXMLParser& parser,
@@ -189,9 +189,9 @@ TCIMXMLParser::TStateClassPath::TStateClassPath(std::string& host, std::string& 
 void TCIMXMLParser::TStateClassPath::StartElement(TCIMXMLParser& parser, std::string& name,
                                                   TAttributeMap& attributes) {
   if (fPhase == 0 && name == "namespacepath")
-    parser.Push(new TStateNamespacePath(fHost, fNamespace), attributes);
+    parser.Push<TStateNamespacePath>(attributes, fHost, fNamespace);
   else if (fPhase == 1 && name == "classname")
-    parser.Push(new TStateClassName(fClassName), attributes);
+    parser.Push<TStateClassName>(attributes, fClassName);
   else
     parser.UnexpectedElement(name);
   ++fPhase;
@@ -207,9 +207,9 @@ void TCIMXMLParser::TStateLocalClassPath::StartElement(TCIMXMLParser& parser,
                                                        std::string& name,
                                                        TAttributeMap& attributes) {
   if (fPhase == 0 && name == "localnamespacepath")
-    parser.Push(new TStateLocalNamespacePath(fNamespace), attributes);
+    parser.Push<TStateLocalNamespacePath>(attributes, fNamespace);
   else if (fPhase == 1 && name == "classname")
-    parser.Push(new TStateClassName(fClassName), attributes);
+    parser.Push<TStateClassName>(attributes, fClassName);
   else
     parser.UnexpectedElement(name);
   ++fPhase;
@@ -232,9 +232,9 @@ TCIMXMLParser::TStateInstancePath::TStateInstancePath(std::string& host, std::st
 void TCIMXMLParser::TStateInstancePath::StartElement(TCIMXMLParser& parser, std::string& name,
                                                      TAttributeMap& attributes) {
   if (fPhase == 0 && name == "namespacepath")
-    parser.Push(new TStateNamespacePath(fHost, fNamespace), attributes);
+    parser.Push<TStateNamespacePath>(attributes, fHost, fNamespace);
   else if (fPhase == 1 && name == "instancename")
-    parser.Push(new TStateInstanceName(fPath), attributes);
+    parser.Push<TStateInstanceName>(attributes, fPath);
   else
     parser.UnexpectedElement(name);
   ++fPhase;
@@ -250,9 +250,9 @@ void TCIMXMLParser::TStateLocalInstancePath::StartElement(TCIMXMLParser& parser,
                                                           std::string& name,
                                                           TAttributeMap& attributes) {
   if (fPhase == 0 && name == "localnamespacepath")
-    parser.Push(new TStateLocalNamespacePath(fNamespace), attributes);
+    parser.Push<TStateLocalNamespacePath>(attributes, fNamespace);
   else if (fPhase == 1 && name == "instancename")
-    parser.Push(new TStateInstanceName(fPath), attributes);
+    parser.Push<TStateInstanceName>(attributes, fPath);
   else
     parser.UnexpectedElement(name);
   ++fPhase;
@@ -266,9 +266,9 @@ TCIMXMLParser::TStateObjectPath::TStateObjectPath(std::string& host, std::string
 void TCIMXMLParser::TStateObjectPath::StartElement(TCIMXMLParser& parser, std::string& name,
                                                    TAttributeMap& attributes) {
   if (fPhase == 0 && name == "instancepath")
-    parser.Push(new TStateInstancePath(fHost, fNamespace, fPath), attributes);
+    parser.Push<TStateInstancePath>(attributes, fHost, fNamespace, fPath);
   else if (fPhase == 0 && name == "classpath")
-    parser.Push(new TStateClassPath(fHost, fNamespace, fClassName), attributes);
+    parser.Push<TStateClassPath>(attributes, fHost, fNamespace, fClassName);
   else
     parser.UnexpectedElement(name);
   fPhase = 1;
@@ -311,13 +311,13 @@ void TCIMXMLParser::TStateInstanceName::StartElement(TCIMXMLParser& parser, std:
                                                      TAttributeMap& attributes) {
   if (fPhase <= 1 && name == "keybinding") {
     fPhase = 1;
-    parser.Push(new TStateKeyBinding(fClass, fPath), attributes);
+    parser.Push<TStateKeyBinding>(attributes, fClass, fPath);
   } else if (fPhase == 0 && name == "keyvalue") {
     fPhase = 2;
-    parser.Push(new TStateKeyValue(parser, fKeyText), attributes);
+    parser.Push<TStateKeyValue>(attributes, parser, fKeyText);
   } else if (fPhase == 0 && name == "value.reference") {
     fPhase = 3;
-    parser.Push(new TStateValueReference(fKeyReference), attributes);
+    parser.Push<TStateValueReference>(attributes, fKeyReference);
   } else {
     parser.UnexpectedElement(name);
   }
@@ -356,10 +356,10 @@ void TCIMXMLParser::TStateKeyBinding::StartElement(TCIMXMLParser& parser, std::s
                                                    TAttributeMap& attributes) {
   if (fPhase == 0 && name == "keyvalue") {
     fPhase = 1;
-    parser.Push(new TStateKeyValue(parser, fKeyText), attributes);
+    parser.Push<TStateKeyValue>(attributes, parser, fKeyText);
   } else if (fPhase == 0 && name == "value.reference") {
     fPhase = 2;
-    parser.Push(new TStateValueReference(fKeyReference), attributes);
+    parser.Push<TStateValueReference>(attributes, fKeyReference);
   } else {
     parser.UnexpectedElement(name);
   }

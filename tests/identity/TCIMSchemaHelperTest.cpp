@@ -106,7 +106,14 @@ TEST_P(ProductNameTest, GivesTheMTM) {
   EXPECT_EQ(TCIMSchemaHelper::GetModelNumber(&fContainer), expected.substr(4, 3));
 }
 
-INSTANTIATE_TEST_SUITE_P(SchemaHelper, ProductNameTest, ::testing::ValuesIn(kProductNames));
+static void PrintTo(ProductNameCase const& c, std::ostream* out) {
+  *out << '"' << c.fProductName << "\" -> \"" << c.fMTM << '"';
+}
+
+INSTANTIATE_TEST_SUITE_P(SchemaHelper, ProductNameTest, ::testing::ValuesIn(kProductNames),
+                         [](::testing::TestParamInfo<ProductNameCase> const& info) {
+                           return "Name" + std::to_string(info.index);
+                         });
 
 TEST_F(SchemaHelperTest, BIOSMachineTypeModelComesFirst) {
   AddComputerSystem(Text("Server -[5512]-"), Text("KQ1234X"));

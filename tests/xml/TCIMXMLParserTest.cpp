@@ -298,3 +298,24 @@ TEST_F(CIMXMLParserTest, ConvertersFollowStreamRules) {
   text = "none";
   EXPECT_EQ(TCIMXMLParser::ConvertUnsignedInt(text), 0u);
 }
+
+TEST_F(CIMXMLParserTest, ParseValueReadsLikeTheValueTextConstructor) {
+  typedef TCIMValue::TCIMType T;
+  TCIMXMLParser parser(&fContainer);
+  char const* texts[] = {"0", "7", " \t\n42", "42abc", "12.5", "-1", "-0", "+5", "", "x",
+                         "255", "256", "300", "-129", "65535", "65536", "32767", "-32768",
+                         "32768", "4294967295", "4294967296", "2147483648", "-2147483649",
+                         "999999999999999999", "1000000000000000000", "18446744073709551615",
+                         "-9223372036854775808", "true", "false", "TRUE", " true", "1e3",
+                         "0x10", "00042"};
+  for (T::ECIMType type : {T::kBoolean, T::kUint8, T::kSint8, T::kUint16, T::kSint16,
+                           T::kUint32, T::kSint32, T::kUint64, T::kSint64, T::kReal32,
+                           T::kReal64, T::kString}) {
+    for (char const* word : texts) {
+      std::string text = word, again = word;
+      TCIMValue expected(T(type), again, fContainer);
+      EXPECT_TRUE(parser.ParseValue(T(type), text) == expected)
+          << "type " << T(type) << " text '" << word << "'";
+    }
+  }
+}

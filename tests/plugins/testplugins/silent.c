@@ -1,4 +1,4 @@
 /* A plugin library that registers nothing while it loads. */
 #include "testplugin.h"
 
-int zelTestSilentLoaded = 1;
+__attribute__((constructor)) static void LoadQuietly(void) {}
