@@ -14,15 +14,13 @@
 #include "TQueryManager.h"
 #include "TZELException.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <iomanip>
 #include <iostream>
-#include <sstream>
+
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 typedef std::chrono::steady_clock TClock;
