@@ -76,8 +76,13 @@ public:
   /// Parses text as a scalar of that type; datetime and reference text may throw.
   TCIMValue(TCIMType type, std::string& text, TContainer& container);
   TCIMValue(TCIMValue const& other);
+  /// As the copy, but takes other's body instead of cloning it; other is left NULL.
+  TCIMValue(TCIMValue&& other);
   ~TCIMValue();
   TCIMValue& operator=(TCIMValue const& other);
+  /// As the copy assignment, but takes other's body; other is left NULL unless the values
+  /// were equal.
+  TCIMValue& operator=(TCIMValue&& other);
 
   void Set(bool value);
   void Set(unsigned char value);
@@ -146,6 +151,8 @@ private:
 
   TCIMValueImpl& Body(TCIMType::ECIMType type) const;
   bool EqualForCopy(TCIMValue const& other) const;
+  void Take(TCIMValue& other);
+  void Adopt(TCIMValueImpl* body, TCIMValue const& from);
 
   TCIMType fType;
   TCIMValueImpl* fBody;

@@ -2,6 +2,7 @@
 #include "TCIMClassImpl.h"
 
 #include "TCIMInstance.h"
+#include "TCIMInstanceImpl.h"
 #include "TCIMPropertyDecl.h"
 #include "TCIMPropertyDeclImpl.h"
 #include "TCIMReference.h"
@@ -55,7 +56,7 @@ void TCIMClassImpl::Validate() const {
     return;
   for (TPropertyDeclMap::const_iterator it = fPropertyDecls.begin(); it != fPropertyDecls.end();
        ++it) {
-    if (it->second->GetBody()->HasTrueQualifier("KEY"))
+    if (it->second->GetBody()->IsKey())
       return;
   }
   ZelFail(zelStatusInvalidClass, "Class " + fName + " has no keys");
@@ -76,8 +77,8 @@ void TCIMClassImpl::AddToContainer() {
 }
 
 bool TCIMClassImpl::IsRootClass() const { return fSuperClass == fContainer.GetRootClass(); }
-bool TCIMClassImpl::IsAssociation() const { return ZelQualifierIsTrue(fQualifiers, "ASSOCIATION"); }
-bool TCIMClassImpl::IsAbstract() const { return ZelQualifierIsTrue(fQualifiers, "ABSTRACT"); }
+bool TCIMClassImpl::IsAssociation() const { return ZelQualifierIsTrue(fQualifiers, "association"); }
+bool TCIMClassImpl::IsAbstract() const { return ZelQualifierIsTrue(fQualifiers, "abstract"); }
 
 bool TCIMClassImpl::IsSubclassOf(const TCIMClass* other) const {
   if (!other)
@@ -146,7 +147,7 @@ std::vector<std::string> TCIMClassImpl::EnumerateKeyNames() const {
   std::vector<std::string> names;
   for (TPropertyDeclMap::const_iterator it = fPropertyDecls.begin(); it != fPropertyDecls.end();
        ++it) {
-    if (it->second->GetBody()->HasTrueQualifier("KEY"))
+    if (it->second->GetBody()->IsKey())
       names.push_back(it->second->GetName());
   }
   return names;
@@ -154,12 +155,12 @@ std::vector<std::string> TCIMClassImpl::EnumerateKeyNames() const {
 
 void TCIMClassImpl::AddInstance(TCIMInstance& instance) {
   // An equal path is filed beside the first, on purpose.
-  fInstances.insert(
-      std::make_pair(instance.BuildPath().GetPath(), boost::shared_ptr<TCIMInstance>(&instance)));
+  fInstances.insert(std::make_pair(instance.GetBody()->PathText(),
+                                   boost::shared_ptr<TCIMInstance>(&instance)));
 }
 
 void TCIMClassImpl::RemoveInstance(TCIMInstance& instance) {
-  fInstances.erase(instance.BuildPath().GetPath());
+  fInstances.erase(instance.GetBody()->PathText());
 }
 
 TCIMInstance& TCIMClassImpl::GetInstance(const TCIMReference& path) const {

@@ -59,6 +59,8 @@ public:
   std::vector<TCIMPropertyDecl*> EnumeratePropertyDecls() const;
   void RemovePropertyDecl(TCIMPropertyDecl& decl);
   std::vector<std::string> EnumerateKeyNames() const;
+  /// The map itself, for walks that want the normalised names without normalising again.
+  const TPropertyDeclMap& PropertyDecls() const { return fPropertyDecls; }
 
   void AddInstance(TCIMInstance& instance);
   void RemoveInstance(TCIMInstance& instance);

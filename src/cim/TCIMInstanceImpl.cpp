@@ -3,7 +3,11 @@
 #include "TCIMInstanceImpl.h"
 
 #include "TCIMClass.h"
+#include "TCIMClassImpl.h"
 #include "TCIMPropertyDecl.h"
+#include "TCIMPropertyDeclImpl.h"
+#include "TCIMPropertyImpl.h"
+#include "TCIMReferenceImpl.h"
 #include "TContainer.h"
 #include "TContainerImpl.h"
 #include "TOSSpecific.h"
@@ -24,16 +28,31 @@ static TCIMInstance* ResolveInstance(const TCIMProperty& property) {
   return cls->FindInstance(reference);
 }
 
+// The normalised name of a declaration that its class files under key: the key itself,
+// unless the declaration was renamed since. Spares a normalisation per property and key.
+static const std::string& NormalName(const std::string& key, const TCIMPropertyDecl& decl,
+                                     std::string& renamed) {
+  if (TContainerImpl::IsNormalFormOf(key, decl.GetName()))
+    return key;
+  renamed = TContainerImpl::NormalizeName(decl.GetName());
+  return renamed;
+}
+
 TCIMInstanceImpl::TCIMInstanceImpl(TCIMInstance& owner, TCIMClass* cls)
     : fOwner(owner), fClass(cls) {
-  std::vector<TCIMPropertyDecl*> decls = cls->EnumeratePropertyDecls();
-  for (std::vector<TCIMPropertyDecl*>::iterator it = decls.begin(); it != decls.end(); ++it)
+  const TCIMClassImpl::TPropertyDeclMap& decls = cls->GetBody()->PropertyDecls();
+  std::string renamed;
+  for (TCIMClassImpl::TPropertyDeclMap::const_iterator it = decls.begin(); it != decls.end();
+       ++it)
     fProperties.emplace(std::piecewise_construct,
-                        std::forward_as_tuple(TContainerImpl::NormalizeName((*it)->GetName())),
-                        std::forward_as_tuple(**it));
+                        std::forward_as_tuple(NormalName(it->first, *it->second, renamed)),
+                        std::forward_as_tuple(*it->second));
   // Stamped unasked: every instance records when it was collected.
-  if (TCIMProperty* stamp = FindProperty("DateTimeOfCollection"))
-    stamp->SetValue(TCIMValue(TOSSpecific::GetLocalTime()));
+  TPropertyMap::iterator stamp = fProperties.find("datetimeofcollection");
+  if (stamp != fProperties.end()) {
+    TCIMValue now(TOSSpecific::GetLocalTime());
+    stamp->second.GetBody()->TakeValue(now);
+  }
 }
 
 TCIMInstanceImpl::~TCIMInstanceImpl() {}
@@ -41,12 +60,17 @@ TCIMInstanceImpl::~TCIMInstanceImpl() {}
 void TCIMInstanceImpl::Validate() const {
   if (GetContainer().isDiffContainer())
     return;
-  std::vector<std::string> keys = fClass->EnumerateKeyNames();
-  for (std::vector<std::string>::iterator key = keys.begin(); key != keys.end(); ++key) {
-    TPropertyMap::const_iterator it = fProperties.find(TContainerImpl::NormalizeName(*key));
-    if (it == fProperties.end() || it->second.GetValue().IsNull())
-      ZelFail(zelStatusInvalidInstance,
-              "Instance " + fClass->GetName() + ": key property " + *key + " is NULL");
+  // The keys of EnumerateKeyNames(), walked in place.
+  const TCIMClassImpl::TPropertyDeclMap& decls = fClass->GetBody()->PropertyDecls();
+  std::string renamed;
+  for (TCIMClassImpl::TPropertyDeclMap::const_iterator key = decls.begin(); key != decls.end();
+       ++key) {
+    if (!key->second->GetBody()->IsKey())
+      continue;
+    TPropertyMap::const_iterator it = fProperties.find(NormalName(key->first, *key->second, renamed));
+    if (it == fProperties.end() || it->second.GetBody()->CurrentValue().IsNull())
+      ZelFail(zelStatusInvalidInstance, "Instance " + fClass->GetName() + ": key property " +
+                                            key->second->GetName() + " is NULL");
   }
 }
 
@@ -99,6 +123,35 @@ TCIMReference TCIMInstanceImpl::BuildPath() const {
   std::vector<std::string> keys = fClass->EnumerateKeyNames();
   for (std::vector<std::string>::iterator key = keys.begin(); key != keys.end(); ++key)
     path.AddKeyValue(*key, fProperties.find(TContainerImpl::NormalizeName(*key))->second.GetValue());
+  return path;
+}
+
+// Every instance registers under this text, so it is written straight from the key values.
+// The rare instance that BuildPath() treats otherwise takes the long way: a key
+// declaration renamed since it was filed, key names declared out of the order of their
+// normalised forms (bindings sort by the declared names), a value of another type.
+std::string TCIMInstanceImpl::PathText() const {
+  std::string path = fClass->GetName();
+  const std::string* previous = 0;
+  const TCIMClassImpl::TPropertyDeclMap& decls = fClass->GetBody()->PropertyDecls();
+  for (TCIMClassImpl::TPropertyDeclMap::const_iterator key = decls.begin(); key != decls.end();
+       ++key) {
+    const TCIMPropertyDecl& decl = *key->second;
+    if (!decl.GetBody()->IsKey())
+      continue;
+    const std::string& name = decl.GetName();
+    TPropertyMap::const_iterator it = fProperties.find(key->first);
+    if (!TContainerImpl::IsNormalFormOf(key->first, name) || (previous && !(*previous < name)) ||
+        it == fProperties.end() ||
+        it->second.GetBody()->CurrentValue().GetType() != decl.GetType())
+      return BuildPath().GetPath();
+    if (!previous)
+      path += '.';
+    ZelAppendKeyBinding(path, name, it->second.GetBody()->CurrentValue());
+    previous = &name;
+  }
+  if (previous)
+    path.erase(path.size() - 1);  // the last binding's comma
   return path;
 }
 

@@ -33,6 +33,8 @@ public:
   TCIMProperty* FindProperty(const std::string& name);
   std::vector<const TCIMProperty*> EnumerateProperties() const;
   TCIMReference BuildPath() const;
+  /// BuildPath().GetPath(), made without the reference and its copies of the key values.
+  std::string PathText() const;
   std::vector<TCIMInstance*> Associators(const std::string& assocClass,
                                          const std::string& resultClass,
                                          const std::string& role,

@@ -32,10 +32,8 @@ public:
     return ZelEnumerateQualifiers(fQualifiers);
   }
   void RemoveQualifier(TCIMQualifier& qualifier) { ZelRemoveQualifier(fQualifiers, qualifier); }
-  /// True when the declaration carries a non-NULL true qualifier of that name.
-  bool HasTrueQualifier(const std::string& name) const {
-    return ZelQualifierIsTrue(fQualifiers, name);
-  }
+  /// True when the declaration carries a non-NULL true "KEY" qualifier.
+  bool IsKey() const { return ZelQualifierIsTrue(fQualifiers, "key"); }
 
 private:
   TCIMPropertyDecl& fOwner;

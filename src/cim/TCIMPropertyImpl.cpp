@@ -6,6 +6,7 @@
 #include "ZelLog.h"
 
 #include <sstream>
+#include <utility>
 
 typedef TCIMValue::TCIMType T;
 
@@ -70,7 +71,9 @@ TCIMPropertyImpl::~TCIMPropertyImpl() {
 
 std::string TCIMPropertyImpl::GetName() const { return fDeclaration->GetName(); }
 
-TCIMValue TCIMPropertyImpl::GetValue() const {
+TCIMValue TCIMPropertyImpl::GetValue() const { return CurrentValue(); }
+
+const TCIMValue& TCIMPropertyImpl::CurrentValue() const {
   return fValue ? *fValue : fDeclaration->GetValue();
 }
 
@@ -85,6 +88,13 @@ T TCIMPropertyImpl::GetType() const { return fDeclaration->GetType(); }
 void TCIMPropertyImpl::SetValue(const TCIMValue& value) {
   CheckAgainstDecl(*fDeclaration, value, "SetValue");
   Store(fValue, value);
+}
+
+void TCIMPropertyImpl::TakeValue(TCIMValue& value) {
+  CheckAgainstDecl(*fDeclaration, value, "SetValue");
+  TCIMValue* moved = new TCIMValue(std::move(value));
+  delete fValue;
+  fValue = moved;
 }
 
 void TCIMPropertyImpl::SetPrevValue(const TCIMValue& value) {

@@ -26,6 +26,10 @@ public:
   TCIMValue::TCIMType GetType() const;
   const TCIMPropertyDecl& GetDeclaration() const { return *fDeclaration; }
   void SetValue(const TCIMValue& value);
+  /// SetValue that moves the value in rather than copying it; value is left NULL.
+  void TakeValue(TCIMValue& value);
+  /// What GetValue() copies: the own value, else the declaration's default.
+  const TCIMValue& CurrentValue() const;
   void SetPrevValue(const TCIMValue& value);
   void SetPrevValue();
   bool IsPrevValueDifferent() const { return fPrevValueDifferent; }

@@ -10,6 +10,14 @@
 
 #include <functional>
 
+void ZelAppendKeyBinding(std::string& path, std::string const& name, TCIMValue const& value) {
+  path += name;
+  path += "=\"";
+  if (!value.IsNull())
+    path += value.ToString(10);
+  path += "\",";
+}
+
 TCIMReferenceImpl::TCIMReferenceImpl(TCIMReference& owner, TContainer const* container)
     : fOwner(&owner), fContainer(container), fClass(0), fCachedElement(0) {}
 
@@ -63,7 +71,7 @@ void TCIMReferenceImpl::AddKeyValue(std::string const& name, TCIMValue const& va
   if (decl.GetType() != value.GetType())
     ZelFail(zelStatusTypeMismatch, "Declaration type: " + decl.GetType().ToString() +
                                        " Value type: " + value.GetType().ToString());
-  if (!decl.GetBody()->HasTrueQualifier("KEY"))
+  if (!decl.GetBody()->IsKey())
     ZelFail(zelStatusInvalidOpSequence, "AddKeyValue() called with a non-key property " + name);
   fKeyBindings.insert(std::make_pair(name, value)); // An existing binding is kept.
   fCachedElement = 0;
@@ -80,11 +88,8 @@ std::string TCIMReferenceImpl::GetPath() const {
     return path;
   path += '.';
   for (TCIMReference::TKeyBindings::const_iterator it = fKeyBindings.begin();
-       it != fKeyBindings.end(); ++it) {
-    // Every value quoted, nothing escaped; a NULL key contributes an empty text.
-    path += it->first + "=\"" + (it->second.IsNull() ? std::string() : it->second.ToString(10)) +
-            "\",";
-  }
+       it != fKeyBindings.end(); ++it)
+    ZelAppendKeyBinding(path, it->first, it->second);
   path.erase(path.size() - 1);
   return path;
 }

@@ -11,6 +11,10 @@ class ICIMElement;
 class TCIMClass;
 class TContainer;
 
+/// Appends name="value", to a path text: every value quoted, nothing escaped, a NULL value
+/// as an empty text.
+void ZelAppendKeyBinding(std::string& path, std::string const& name, TCIMValue const& value);
+
 class TCIMReferenceImpl {
 public:
   TCIMReferenceImpl(TCIMReference& owner, TContainer const* container);

@@ -34,8 +34,8 @@ public:
   virtual bool operator==(TCIMValue const& other) const = 0;
   virtual bool operator<(TCIMValue const& other) const = 0;
 
-  /// A deep copy of this body.
-  TCIMValueImpl* Clone() const;
+  /// A deep copy of this body, whose value has the given type.
+  TCIMValueImpl* Clone(TCIMValue::TCIMType type) const;
 
 protected:
   /// The body of a value known to hold one of this kind.

@@ -1,6 +1,7 @@
 // The qualifier map of classes and property declarations: the override rule, lookups.
 #include "ZelQualifierHolder.h"
 
+#include "TCIMQualifierImpl.h"
 #include "TZELException.h"
 #include "ZelNamedMap.h"
 
@@ -51,11 +52,11 @@ void ZelRemoveQualifier(TQualifierMap& qualifiers, TCIMQualifier& qualifier) {
   qualifiers.erase(found.first);
 }
 
-bool ZelQualifierIsTrue(TQualifierMap const& qualifiers, std::string const& name) {
-  TCIMQualifier* qualifier = ZelFindQualifier(qualifiers, name);
-  if (!qualifier)
+bool ZelQualifierIsTrue(TQualifierMap const& qualifiers, std::string const& normalName) {
+  TQualifierMap::const_iterator it = qualifiers.find(normalName);
+  if (it == qualifiers.end())
     return false;
-  TCIMValue value = qualifier->GetValue();
+  const TCIMValue& value = it->second->GetBody()->GetValue();  // read in place, not copied
   return !value.IsNull() && value.GetType() == TCIMValue::TCIMType::kBoolean &&
          static_cast<bool>(value);
 }

@@ -22,7 +22,8 @@ TCIMQualifier* ZelFindQualifier(TQualifierMap const& qualifiers, std::string con
 std::vector<TCIMQualifier*> ZelEnumerateQualifiers(TQualifierMap const& qualifiers);
 /// Deletes the held qualifier of that name; zelStatusNotFound when absent.
 void ZelRemoveQualifier(TQualifierMap& qualifiers, TCIMQualifier& qualifier);
-/// True when the qualifier exists and holds a non-NULL boolean true.
-bool ZelQualifierIsTrue(TQualifierMap const& qualifiers, std::string const& name);
+/// True when the qualifier exists and holds a non-NULL boolean true. The name is given
+/// normalised ("key"): these tests run for every key of every instance.
+bool ZelQualifierIsTrue(TQualifierMap const& qualifiers, std::string const& normalName);
 
 #endif

@@ -8,7 +8,6 @@
 #include "ZelLog.h"
 #include "ZelNamedMap.h"
 
-#include <cctype>
 
 // Enters the very object passed under its normalised name; the map's shared pointer becomes
 // its one owner. A taken name leaves the object with the caller.
@@ -39,15 +38,32 @@ void TContainerImpl::Initialize() {
   fRootClass = fOwner.AllocateClass("<root>", 0);
 }
 
+// Names are judged as in the C library's default locale, where only ASCII letters and digits
+// are letters and digits; tested inline rather than through tolower/isalnum, one call per
+// byte, since every lookup of the model comes through here.
 std::string TContainerImpl::NormalizeName(const std::string& name) {
   std::string normal(name);
   for (std::string::size_type i = 0; i < normal.size(); ++i) {
     unsigned char c = static_cast<unsigned char>(normal[i]);
-    normal[i] = static_cast<char>(tolower(c));
-    if (c != '_' && !(i == 0 ? isalpha(c) : isalnum(c)))
+    if (c >= 'A' && c <= 'Z')
+      c = static_cast<unsigned char>(c - 'A' + 'a');
+    bool valid = c == '_' || (c >= 'a' && c <= 'z') || (i != 0 && c >= '0' && c <= '9');
+    if (!valid)
       ZelFail(zelStatusInvalidCIMName, "CIM name '" + name + "' is invalid");
+    normal[i] = static_cast<char>(c);
   }
   return normal;
+}
+
+bool TContainerImpl::IsNormalFormOf(const std::string& normal, const std::string& name) {
+  if (normal.size() != name.size())
+    return false;
+  for (std::string::size_type i = 0; i < name.size(); ++i) {
+    char c = name[i];
+    if ((c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c) != normal[i])
+      return false;
+  }
+  return true;
 }
 
 void TContainerImpl::AddClass(TCIMClass& cls) { Register(fClasses, cls, "class"); }

@@ -27,6 +27,8 @@ public:
   /// Lower case, and a valid CIM name (or empty): zelStatusInvalidCIMName after one log
   /// line otherwise. Every key stored or looked up goes through here.
   static std::string NormalizeName(const std::string& name);
+  /// Whether normal, a result of NormalizeName, is that of name; makes no string.
+  static bool IsNormalFormOf(const std::string& normal, const std::string& name);
 
   void AddClass(TCIMClass& cls);
   void AddQualifierDecl(TCIMQualifierDecl& decl);

@@ -7,6 +7,7 @@
 #include "TCIMClass.h"
 #include "TCIMDateTime.h"
 #include "TCIMPropertyDecl.h"
+#include "TCIMPropertyDeclImpl.h"
 #include "TCIMQualifier.h"
 #include "TCIMQualifierDecl.h"
 #include "TContainer.h"
@@ -75,14 +76,7 @@ static TCIMValue ParseDateTime(const std::string& text, const TCIMXMLParser& par
   return TCIMValue(epoch);
 }
 
-bool ZelIsKeyDecl(const TCIMPropertyDecl& decl) {
-  TCIMQualifier* key = decl.FindQualifier("KEY");
-  if (!key)
-    return false;
-  TCIMValue value = key->GetValue();
-  return !value.IsNull() && value.GetType() == TCIMValue::TCIMType::kBoolean &&
-         static_cast<bool>(value);
-}
+bool ZelIsKeyDecl(const TCIMPropertyDecl& decl) { return decl.GetBody()->IsKey(); }
 
 // ---- The frame ------------------------------------------------------------------------
 
@@ -102,8 +96,9 @@ void TCIMXMLParser::StartElement(const char* name, std::map<std::string, std::st
   try {
     if (fStateStack.empty())
       FatalError(kStateCorrupt);  // more end tags than states: see TParseState::StartElement
-    boost::shared_ptr<TParseState> top = fStateStack.back();
-    top->StartElement(*this, element, attributes);
+    // No reference taken: a state never pops itself on a start tag, and the deque keeps it
+    // in place while a child is pushed.
+    fStateStack.back()->StartElement(*this, element, attributes);
   } catch (TZELException const& e) {
     RethrowWithLine(e, GetCurLine());
   }

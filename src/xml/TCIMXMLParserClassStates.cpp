@@ -5,6 +5,7 @@
 #include "TCIMClass.h"
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
+#include "TCIMPropertyImpl.h"
 #include "TCIMPropertyDecl.h"
 #include "TCIMQualifier.h"
 #include "TCIMQualifierDecl.h"
@@ -430,11 +431,13 @@ void TCIMXMLParser::TPropertyState::StartElement(TCIMXMLParser& parser, std::str
 
 void TCIMXMLParser::TPropertyState::EndElement(TCIMXMLParser& parser, std::string& name) {
   TCIMProperty* property = parser.fUX402Mode ? fInstance.FindProperty(fName) : fProperty;
-  if (property) {
-    if (!fValueRead)
-      property->SetValue(NullLike(property->GetDeclaration().GetValue()));
-    else if (!parser.fUX402Mode || fValue.GetType() == property->GetType())
-      property->SetValue(fValue);
+  if (property) {  // the values are moved in: the state ends here
+    if (!fValueRead) {
+      TCIMValue null = NullLike(property->GetDeclaration().GetValue());
+      property->GetBody()->TakeValue(null);
+    } else if (!parser.fUX402Mode || fValue.GetType() == property->GetType()) {
+      property->GetBody()->TakeValue(fValue);
+    }
   }
   TParseState::EndElement(parser, name);
 }

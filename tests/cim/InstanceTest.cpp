@@ -110,6 +110,29 @@ TEST_F(InstanceTest, PathHoldsTheKeysInOrder) {
   EXPECT_EQ(computer, path.GetCIMElement());
 }
 
+TEST_F(InstanceTest, FiledUnderTheBuiltPathWhateverTheKeyNames) {
+  // Bindings sort by the declared names: Beta before alpha, unlike their normalised forms.
+  TCIMClass& mixed = NewClass(fContainer, "Zel_Mixed");
+  Property(mixed, "alpha", TCIMValue(T::kString, 0), true);
+  Property(mixed, "Beta", TCIMValue(T::kUint32, 0), true);
+  mixed.AddToContainer();
+  TCIMInstance* instance = fContainer.AllocateInstance(&mixed);
+  instance->SetPropertyValue("Alpha", TCIMValue("x"));
+  instance->SetPropertyValue("beta", TCIMValue(2u));
+  instance->AddToContainer();
+  TCIMReference path = instance->BuildPath();
+  EXPECT_EQ("Zel_Mixed.Beta=\"2\",alpha=\"x\"", path.GetPath());
+  EXPECT_EQ(instance, mixed.FindInstance(path));
+  mixed.RemoveInstance(*instance);
+  EXPECT_TRUE(mixed.EnumerateInstances(false).empty());
+
+  // A declaration renamed after it was filed: new instances know it by its new name.
+  fSystem->GetPropertyDecl("Caption").SetName("Label");
+  TCIMInstance renamed(fSystem);
+  EXPECT_EQ(nullptr, renamed.FindProperty("Caption"));
+  EXPECT_EQ("unnamed", static_cast<std::string>(renamed.GetProperty("label").GetValue()));
+}
+
 TEST_F(InstanceTest, EqualityByPropertiesOrderByClassIdentity) {
   TCIMInstance* a = Make(*fSystem, "a", 1);
   TCIMInstance* b = Make(*fSystem, "a", 1);

@@ -10,6 +10,7 @@
 #include <cmath>
 #include <limits>
 #include <sstream>
+#include <utility>
 
 typedef TCIMValue::TCIMType T;
 
@@ -501,4 +502,41 @@ TEST(ValueCopyTest, AValueCanBeSetFromItsOwnElements) {
   value = static_cast<std::vector<TCIMValue>&>(value)[1];
   EXPECT_EQ(value.GetType(), T::kUint8);
   EXPECT_EQ(static_cast<unsigned char>(value), 2);
+}
+
+TEST(ValueCopyTest, MovesFollowTheCopyRulesAndLeaveTheSourceNull) {
+  TCIMValue source("text");
+  TCIMValue moved(std::move(source));
+  EXPECT_EQ(moved.ToString(10), "text");
+  EXPECT_TRUE(source.IsNull());
+  EXPECT_EQ(source.GetType(), T::kString);
+
+  TCIMValue reference(T::kReference, 0);
+  reference.SetReferencedClass(Placeholder<TCIMClass>(2));
+  TCIMValue scalar(7u);
+  TCIMValue target(T::kUint32, 0);
+  target.SetReferencedClass(Placeholder<TCIMClass>(4));
+  target = std::move(scalar);
+  EXPECT_EQ(static_cast<unsigned int>(target), 7u);
+  EXPECT_EQ(target.GetReferencedClass(), &Placeholder<TCIMClass>(4)); // kept: not a reference
+  target = std::move(reference);
+  EXPECT_EQ(target.GetReferencedClass(), &Placeholder<TCIMClass>(2));
+
+  TCIMValue bounded(T::kUint8, 5, Elements({static_cast<unsigned char>(1)}));
+  TCIMValue equal(T::kUint8, 9, Elements({static_cast<unsigned char>(1)}));
+  bounded = std::move(equal);
+  EXPECT_EQ(bounded.GetMaxArraySize(), 5u);
+  EXPECT_FALSE(equal.IsNull()); // Nothing was taken.
+
+  TCIMValue value(T::kUint8, 0,
+                  Elements({static_cast<unsigned char>(1), static_cast<unsigned char>(2)}));
+  value = std::move(static_cast<std::vector<TCIMValue>&>(value)[1]);
+  EXPECT_EQ(value.GetType(), T::kUint8);
+  EXPECT_EQ(static_cast<unsigned char>(value), 2);
+
+  TCIMValue charValue(T::kChar, 0);
+  EXPECT_ZEL_THROW(TCIMValue charMoved(std::move(charValue)), zelStatusTypeMismatch);
+  TCIMValue number(5);
+  EXPECT_ZEL_THROW(number = TCIMValue(), zelStatusTypeMismatch);
+  EXPECT_TRUE(number.IsNull());
 }
