@@ -95,14 +95,8 @@ void TCIMXMLParser::TStateValueNamedObject::StartElement(TCIMXMLParser& parser,
   if (fPhase == 0 && name == "class") {
     fPhase = 2;
     PushObject(parser, name, attributes);
-  } else if (fPhase == 0 && name == "instancename") {
-    fPhase = 1;
-    parser.Push<TStateInstanceName>(attributes, fPath);
-  } else if (fPhase == 1 && name == "instance") {
-    fPhase = 2;
-    PushObject(parser, name, attributes);
   } else {
-    parser.UnexpectedElement(name);
+    TStateValueNamedInstance::StartElement(parser, name, attributes);
   }
 }
 

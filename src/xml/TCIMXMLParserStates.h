@@ -131,15 +131,6 @@ public:
   void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
 };
 
-class TCIMXMLParser::TStateValueNamedObject : public TObjectState {
-public:
-  TStateValueNamedObject() : TObjectState(true), fPath(0) {}
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
-
-private:
-  TCIMReference fPath;
-};
-
 class TCIMXMLParser::TStateValueNamedInstance : public TObjectState {
 public:
   TStateValueNamedInstance() : TObjectState(true), fPath(0) {}
@@ -147,6 +138,12 @@ public:
 
 private:
   TCIMReference fPath;
+};
+
+// A named object is a class, or the content of a named instance.
+class TCIMXMLParser::TStateValueNamedObject : public TStateValueNamedInstance {
+public:
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
 };
 
 class TCIMXMLParser::TStateValueObjectWithPath : public TObjectState {
