@@ -29,6 +29,37 @@ static bool TimestampToSeconds(unsigned short year, unsigned short month, unsign
   return seconds != static_cast<time_t>(-1);
 }
 
+// Days from 1970-01-01 to the given day of the proleptic Gregorian calendar; month may run
+// past 12 (it carries into the year) and day past the month's end.
+static int64_t DaysFromCivil(int64_t year, int64_t month, int64_t day) {
+  year += (month - 1) / 12;
+  month = (month - 1) % 12 + 1;
+  year -= month <= 2;
+  int64_t era = (year >= 0 ? year : year - 399) / 400;
+  int64_t yearOfEra = year - era * 400;
+  int64_t dayOfYear = (153 * (month + (month > 2 ? -3 : 9)) + 2) / 5 + day - 1;
+  int64_t dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
+  return era * 146097 + dayOfEra - 719468;
+}
+
+// Whether mktime accepts the timestamp. mktime re-reads the zone file on every call, which
+// dominates loading a document full of date-times. For fields in the ranges that the text form
+// can carry, its only failure is the answer -1, the second before 1970 in local time; no zone
+// is more than a day from UTC, so away from that second the answer is known without asking.
+static bool IsValidTimestamp(unsigned short year, unsigned short month, unsigned int day,
+                             unsigned short hour, unsigned short minute, unsigned short second,
+                             short utcOffset) {
+  if (year <= 9999 && month >= 1 && month <= 99 && day <= 99 && hour <= 99 && minute <= 99 &&
+      second <= 99) {
+    int64_t seconds = DaysFromCivil(year, month, day) * 86400 + hour * 3600 +
+                      (minute - utcOffset) * 60 + second;
+    if (seconds > 2 * 86400 || seconds < -2 * 86400)
+      return true;
+  }
+  time_t seconds;
+  return TimestampToSeconds(year, month, day, hour, minute, second, utcOffset, seconds);
+}
+
 // Breaks seconds down as local standard time, the inverse of TimestampToSeconds: a
 // daylight-saving reading from localtime is moved back by the zone's shift.
 static bool SecondsToTimestamp(time_t seconds, struct tm& fields) {
@@ -75,8 +106,7 @@ TCIMDateTimeImpl::TCIMDateTimeImpl()
 void TCIMDateTimeImpl::Set(unsigned short year, unsigned short month, unsigned int day,
                            unsigned short hour, unsigned short minute, unsigned short second,
                            unsigned int microseconds, short utcOffset) {
-  time_t seconds;
-  if (!TimestampToSeconds(year, month, day, hour, minute, second, utcOffset, seconds))
+  if (!IsValidTimestamp(year, month, day, hour, minute, second, utcOffset))
     InvalidDateTime();
   fYear = year;
   fMonth = month;
