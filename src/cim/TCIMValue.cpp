@@ -7,12 +7,14 @@
 
 #include <ostream>
 #include <sstream>
+#include <string_view>
 
 typedef TCIMValue::TCIMType T;
 
-// Type names by ECIMType (array bit masked off); null where a type has no name.
-static char const* const kTypeNames[16] = {
-    0,        "boolean", "uint8",  "sint8",  "uint16", "sint16", "uint32", "sint32",
+// Type names by ECIMType (array bit masked off); empty where a type has no name. Views, so
+// that matching a name compares lengths first.
+static std::string_view const kTypeNames[16] = {
+    {},       "boolean", "uint8",  "sint8",  "uint16", "sint16", "uint32", "sint32",
     "uint64", "sint64",  "real32", "real64", "char",   "string", "datetime", "reference"};
 
 // The names a type can be built from, in the order they are tried.
@@ -41,7 +43,7 @@ T::TCIMType(std::string name) : fType(kNull) {
     if (*c >= 'A' && *c <= 'Z')
       *c = static_cast<char>(*c - 'A' + 'a');
   for (ECIMType candidate : kNamedTypes) {
-    if (name == kTypeNames[candidate]) {
+    if (std::string_view(name) == kTypeNames[candidate]) {
       fType = candidate;
       return;
     }
@@ -52,10 +54,10 @@ T::TCIMType(std::string name) : fType(kNull) {
 T::operator ECIMType() const { return fType; }
 
 std::string T::ToString() const {
-  char const* name = kTypeNames[fType & 15];
-  if (!name || (fType & ~31))
+  std::string_view name = kTypeNames[fType & 15];
+  if (name.empty() || (fType & ~31))
     throw TZELException(zelStatusTypeMismatch);
-  return name;
+  return std::string(name);
 }
 
 std::ostream& operator<<(std::ostream& out, TCIMValue::TCIMType const& type) {

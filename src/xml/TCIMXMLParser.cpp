@@ -16,6 +16,9 @@
 
 #include <sstream>
 
+// Element and attribute names are compared as views: the length first, no strlen.
+using namespace std::string_view_literals;
+
 static const char kUnexpectedElement[] = "Unexpected element ";
 static const char kStateCorrupt[] = "Parser state corrupt";
 static const char kUnknownCIMVersion[] = "Unknown CIM version";
@@ -26,9 +29,8 @@ static const char kIncompatibleAttributes[] = "Incompatible attributes";
 // Element names arrive as written; states compare them in lower case.
 static std::string LowerCaseName(const char* name) {
   std::string lower(name);
-  for (std::string::iterator c = lower.begin(); c != lower.end(); ++c)
-    if (*c >= 'A' && *c <= 'Z')
-      *c = static_cast<char>(*c - 'A' + 'a');
+  for (char& c : lower)
+    c = static_cast<char>(c | ((static_cast<unsigned char>(c - 'A') < 26) << 5));
   return lower;
 }
 
@@ -155,8 +157,8 @@ TCIMValue TCIMXMLParser::ParseValue(TCIMValue::TCIMType type, std::string& text)
   case T::kString:
     return TCIMValue(text);
   case T::kBoolean:
-    if (text == "true" || text == "false")
-      return TCIMValue(text == "true");
+    if (text == "true"sv || text == "false"sv)
+      return TCIMValue(text == "true"sv);
     break;
   case T::kUint8:  // read as unsigned int, then cut to 8 bits
     if (ReadPlainInteger(text, false, n) && n <= 4294967295LL)
@@ -199,7 +201,7 @@ TCIMValue TCIMXMLParser::ParseValue(TCIMValue::TCIMType type, std::string& text)
 }
 
 bool TCIMXMLParser::HandleCIMName(TAttributeMap::const_iterator attribute, std::string& name) {
-  if (attribute->first != "name")
+  if (attribute->first != "name"sv)
     return false;
   name = attribute->second;
   return true;
@@ -207,7 +209,7 @@ bool TCIMXMLParser::HandleCIMName(TAttributeMap::const_iterator attribute, std::
 
 bool TCIMXMLParser::HandleCIMType(TAttributeMap::const_iterator attribute,
                                   TCIMValue::TCIMType& type) {
-  if (attribute->first != "type")
+  if (attribute->first != "type"sv)
     return false;
   type = TCIMValue::TCIMType(attribute->second);
   return true;
@@ -216,11 +218,11 @@ bool TCIMXMLParser::HandleCIMType(TAttributeMap::const_iterator attribute,
 bool TCIMXMLParser::HandleQualifierFlavor(TAttributeMap::const_iterator attribute,
                                           unsigned int& flavor) {
   unsigned int bit;
-  if (attribute->first == "overridable")
+  if (attribute->first == "overridable"sv)
     bit = TCIMQualifierDecl::eOverridable;
-  else if (attribute->first == "tosubclass")
+  else if (attribute->first == "tosubclass"sv)
     bit = TCIMQualifierDecl::eToSubclass;
-  else if (attribute->first == "translatable")
+  else if (attribute->first == "translatable"sv)
     bit = TCIMQualifierDecl::eTranslatable;
   else
     return false;
@@ -234,14 +236,14 @@ bool TCIMXMLParser::HandleQualifierFlavor(TAttributeMap::const_iterator attribut
 
 bool TCIMXMLParser::HandleClassOrigin(TAttributeMap::const_iterator attribute,
                                       std::string& origin) {
-  if (attribute->first != "classorigin")
+  if (attribute->first != "classorigin"sv)
     return false;
   origin = attribute->second;
   return true;
 }
 
 bool TCIMXMLParser::HandlePropagated(TAttributeMap::const_iterator attribute, bool& propagated) {
-  if (attribute->first != "propagated")
+  if (attribute->first != "propagated"sv)
     return false;
   std::string text = attribute->second;
   propagated = ConvertBool(text);
@@ -249,7 +251,7 @@ bool TCIMXMLParser::HandlePropagated(TAttributeMap::const_iterator attribute, bo
 }
 
 bool TCIMXMLParser::HandleArraySize(TAttributeMap::const_iterator attribute, unsigned int& size) {
-  if (attribute->first != "arraysize")
+  if (attribute->first != "arraysize"sv)
     return false;
   std::string text = attribute->second;
   size = ConvertUnsignedInt(text);
@@ -258,7 +260,7 @@ bool TCIMXMLParser::HandleArraySize(TAttributeMap::const_iterator attribute, uns
 
 bool TCIMXMLParser::HandleSuperClass(TAttributeMap::const_iterator attribute,
                                      std::string& superclass) {
-  if (attribute->first != "superclass")
+  if (attribute->first != "superclass"sv)
     return false;
   superclass = attribute->second;
   return true;
@@ -266,7 +268,7 @@ bool TCIMXMLParser::HandleSuperClass(TAttributeMap::const_iterator attribute,
 
 bool TCIMXMLParser::HandleClassName(TAttributeMap::const_iterator attribute,
                                     std::string& className) {
-  if (attribute->first != "classname")
+  if (attribute->first != "classname"sv)
     return false;
   className = attribute->second;
   return true;
@@ -274,7 +276,7 @@ bool TCIMXMLParser::HandleClassName(TAttributeMap::const_iterator attribute,
 
 bool TCIMXMLParser::HandleReferenceClass(TAttributeMap::const_iterator attribute,
                                          std::string& referenceClass) {
-  if (attribute->first != "referenceclass")
+  if (attribute->first != "referenceclass"sv)
     return false;
   referenceClass = attribute->second;
   return true;
@@ -304,7 +306,7 @@ void TCIMXMLParser::TParseState::HandleAttrs(TCIMXMLParser&, TAttributeMap&) {}
 // (document) ::= CIM
 void TCIMXMLParser::TStateStart::StartElement(TCIMXMLParser& parser, std::string& name,
                                               TAttributeMap& attributes) {
-  if (name != "cim")
+  if (name != "cim"sv)
     parser.UnexpectedElement(name);
   parser.Push<TStateCIM>(attributes);
 }
@@ -313,9 +315,9 @@ void TCIMXMLParser::TStateStart::StartElement(TCIMXMLParser& parser, std::string
 // <!ATTLIST CIM CIMVERSION CDATA #REQUIRED DTDVERSION CDATA #REQUIRED>
 void TCIMXMLParser::TStateCIM::StartElement(TCIMXMLParser& parser, std::string& name,
                                             TAttributeMap& attributes) {
-  if (name == "declaration")
+  if (name == "declaration"sv)
     parser.Push<TStateDeclaration>(attributes);
-  else if (name == "message")
+  else if (name == "message"sv)
     parser.Push<TStateMessage>(attributes);
   else
     parser.UnexpectedElement(name);
@@ -323,9 +325,9 @@ void TCIMXMLParser::TStateCIM::StartElement(TCIMXMLParser& parser, std::string& 
 
 void TCIMXMLParser::TStateCIM::HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) {
   for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a) {
-    if (a->first == "cimversion" && a->second != "2.8" && a->second != "2.0")
+    if (a->first == "cimversion"sv && a->second != "2.8"sv && a->second != "2.0"sv)
       parser.FatalError(kUnknownCIMVersion);
-    if (a->first == "dtdversion" && a->second != "2.1" && a->second != "2.0")
+    if (a->first == "dtdversion"sv && a->second != "2.1"sv && a->second != "2.0"sv)
       parser.FatalError(kUnknownDTDVersion);
   }
 }
@@ -333,11 +335,11 @@ void TCIMXMLParser::TStateCIM::HandleAttrs(TCIMXMLParser& parser, TAttributeMap&
 // <!ELEMENT DECLARATION (DECLGROUP|DECLGROUP.WITHNAME|DECLGROUP.WITHPATH)+>
 void TCIMXMLParser::TStateDeclaration::StartElement(TCIMXMLParser& parser, std::string& name,
                                                     TAttributeMap& attributes) {
-  if (name == "declgroup")
+  if (name == "declgroup"sv)
     parser.Push<TStateDeclGroup>(attributes);
-  else if (name == "declgroup.withname")
+  else if (name == "declgroup.withname"sv)
     parser.Push<TStateDeclGroupWithName>(attributes);
-  else if (name == "declgroup.withpath")
+  else if (name == "declgroup.withpath"sv)
     parser.Push<TStateDeclGroupWithPath>(attributes);
   else
     parser.UnexpectedElement(name);
@@ -353,17 +355,17 @@ void TCIMXMLParser::TStateDeclGroup::StartElement(TCIMXMLParser& parser, std::st
   switch (fPhase) {
   case 0:
     fPhase = 1;
-    if (name == "namespacepath") {
+    if (name == "namespacepath"sv) {
       parser.Push<TStateNamespacePath>(attributes, fHost, fNamespace);
       return;
     }
-    if (name == "localnamespacepath") {
+    if (name == "localnamespacepath"sv) {
       parser.Push<TStateLocalNamespacePath>(attributes, fNamespace);
       return;
     }
     [[fallthrough]];
   case 1:
-    if (name == "qualifier.declaration") {
+    if (name == "qualifier.declaration"sv) {
       parser.Push<TStateQualifierDeclaration>(attributes);
       return;
     }
@@ -371,7 +373,7 @@ void TCIMXMLParser::TStateDeclGroup::StartElement(TCIMXMLParser& parser, std::st
     [[fallthrough]];
   case 2:
     if (name == fObjectElement) {
-      if (name == "value.object")
+      if (name == "value.object"sv)
         parser.Push<TStateValueObject>(attributes);
       else
         parser.Push<TStateValueNamedObject>(attributes);
@@ -387,9 +389,9 @@ void TCIMXMLParser::TStateDeclGroup::StartElement(TCIMXMLParser& parser, std::st
 void TCIMXMLParser::TStateDeclGroupWithPath::StartElement(TCIMXMLParser& parser,
                                                           std::string& name,
                                                           TAttributeMap& attributes) {
-  if (name == "value.objectwithpath")
+  if (name == "value.objectwithpath"sv)
     parser.Push<TStateValueObjectWithPath>(attributes);
-  else if (name == "value.objectwithlocalpath")
+  else if (name == "value.objectwithlocalpath"sv)
     parser.Push<TStateValueObjectWithLocalPath>(attributes);
   else
     parser.UnexpectedElement(name);
@@ -409,7 +411,7 @@ void TCIMXMLParser::TStateQualifierDeclaration::HandleAttrs(TCIMXMLParser&,
     if (HandleCIMName(a, fName) || HandleCIMType(a, fType) || HandleArraySize(a, fArraySize) ||
         HandleQualifierFlavor(a, fFlavor))
       continue;
-    if (a->first == "isarray") {
+    if (a->first == "isarray"sv) {
       std::string text = a->second;
       fIsArray = ConvertBool(text);
       fIsArrayGiven = true;
@@ -424,15 +426,15 @@ void TCIMXMLParser::TStateQualifierDeclaration::StartElement(TCIMXMLParser& pars
                                                              TAttributeMap& attributes) {
   switch (fPhase) {
   case 0:
-    if (name != "scope")
+    if (name != "scope"sv)
       parser.FatalError(kExpectedScope);
     fPhase = 1;
     parser.Push<TStateScope>(attributes, fScope);
     return;
   case 1:
-    if (name == "value")
+    if (name == "value"sv)
       parser.Push<TStateValue>(attributes, parser, fValue, fType);
-    else if (name == "value.array")
+    else if (name == "value.array"sv)
       parser.Push<TStateValueArray>(attributes, fValue, fType, fArraySize);
     else
       parser.UnexpectedElement(name);
@@ -471,13 +473,13 @@ void TCIMXMLParser::TStateQualifierDeclaration::EndElement(TCIMXMLParser& parser
 void TCIMXMLParser::TStateScope::HandleAttrs(TCIMXMLParser&, TAttributeMap& attributes) {
   // Presence alone sets the bit, on purpose: CLASS="false" still scopes to classes.
   for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a) {
-    if (a->first == "class")
+    if (a->first == "class"sv)
       fScope |= TCIMQualifierDecl::eClass;
-    else if (a->first == "association")
+    else if (a->first == "association"sv)
       fScope |= TCIMQualifierDecl::eAssociation;
-    else if (a->first == "property")
+    else if (a->first == "property"sv)
       fScope |= TCIMQualifierDecl::eProperty;
-    else if (a->first == "reference")
+    else if (a->first == "reference"sv)
       fScope |= TCIMQualifierDecl::eReference;
   }
 }

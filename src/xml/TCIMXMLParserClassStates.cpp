@@ -13,6 +13,9 @@
 #include "TZELException.h"
 #include "ZelLog.h"
 
+// Element and attribute names are compared as views: the length first, no strlen.
+using namespace std::string_view_literals;
+
 static const char kSyntaxError[] = "CIM element syntax error";
 static const char kStateCorrupt[] = "Parser state corrupt";
 static const char kPropertyTypeMismatch[] = "Property type != property declaration type";
@@ -42,9 +45,9 @@ TCIMXMLParser::TObjectState::~TObjectState() {
 
 void TCIMXMLParser::TObjectState::PushObject(TCIMXMLParser& parser, std::string& name,
                                              TAttributeMap& attributes) {
-  if (name == "class")
+  if (name == "class"sv)
     parser.Push<TStateClass>(attributes, &fClass);
-  else if (name == "instance")
+  else if (name == "instance"sv)
     parser.Push<TStateInstance>(attributes, &fInstance);
   else
     parser.UnexpectedElement(name);
@@ -92,7 +95,7 @@ void TCIMXMLParser::TStateValueObject::StartElement(TCIMXMLParser& parser, std::
 void TCIMXMLParser::TStateValueNamedObject::StartElement(TCIMXMLParser& parser,
                                                          std::string& name,
                                                          TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "class") {
+  if (fPhase == 0 && name == "class"sv) {
     fPhase = 2;
     PushObject(parser, name, attributes);
   } else {
@@ -105,10 +108,10 @@ void TCIMXMLParser::TStateValueNamedObject::StartElement(TCIMXMLParser& parser,
 void TCIMXMLParser::TStateValueNamedInstance::StartElement(TCIMXMLParser& parser,
                                                            std::string& name,
                                                            TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "instancename") {
+  if (fPhase == 0 && name == "instancename"sv) {
     fPhase = 1;
     parser.Push<TStateInstanceName>(attributes, fPath);
-  } else if (fPhase == 1 && name == "instance") {
+  } else if (fPhase == 1 && name == "instance"sv) {
     fPhase = 2;
     PushObject(parser, name, attributes);
   } else {
@@ -121,13 +124,13 @@ void TCIMXMLParser::TStateValueNamedInstance::StartElement(TCIMXMLParser& parser
 void TCIMXMLParser::TStateValueObjectWithPath::StartElement(TCIMXMLParser& parser,
                                                             std::string& name,
                                                             TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "classpath") {
+  if (fPhase == 0 && name == "classpath"sv) {
     fPhase = 1;
     parser.Push<TStateClassPath>(attributes, fHost, fNamespace, fClassName);
-  } else if (fPhase == 0 && name == "instancepath") {
+  } else if (fPhase == 0 && name == "instancepath"sv) {
     fPhase = 2;
     parser.Push<TStateInstancePath>(attributes, fHost, fNamespace, fPath);
-  } else if ((fPhase == 1 && name == "class") || (fPhase == 2 && name == "instance")) {
+  } else if ((fPhase == 1 && name == "class"sv) || (fPhase == 2 && name == "instance"sv)) {
     fPhase = 3;
     PushObject(parser, name, attributes);
   } else {
@@ -140,13 +143,13 @@ void TCIMXMLParser::TStateValueObjectWithPath::StartElement(TCIMXMLParser& parse
 void TCIMXMLParser::TStateValueObjectWithLocalPath::StartElement(TCIMXMLParser& parser,
                                                                  std::string& name,
                                                                  TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "localclasspath") {
+  if (fPhase == 0 && name == "localclasspath"sv) {
     fPhase = 1;
     parser.Push<TStateLocalClassPath>(attributes, fNamespace, fClassName);
-  } else if (fPhase == 0 && name == "localinstancepath") {
+  } else if (fPhase == 0 && name == "localinstancepath"sv) {
     fPhase = 2;
     parser.Push<TStateLocalInstancePath>(attributes, fNamespace, fPath);
-  } else if ((fPhase == 1 && name == "class") || (fPhase == 2 && name == "instance")) {
+  } else if ((fPhase == 1 && name == "class"sv) || (fPhase == 2 && name == "instance"sv)) {
     fPhase = 3;
     PushObject(parser, name, attributes);
   } else {
@@ -173,29 +176,29 @@ void TCIMXMLParser::TStateClass::StartElement(TCIMXMLParser& parser, std::string
                                               TAttributeMap& attributes) {
   switch (fPhase) {
   case 0:
-    if (name == "qualifier") {
+    if (name == "qualifier"sv) {
       parser.Push<TStateQualifier>(attributes, fClass);
       return;
     }
     fPhase = 1;
     [[fallthrough]];
   case 1:
-    if (name == "property") {
+    if (name == "property"sv) {
       parser.Push<TStatePropertyDecl>(attributes, *fClass);
       return;
     }
-    if (name == "property.array") {
+    if (name == "property.array"sv) {
       parser.Push<TStatePropertyArrayDecl>(attributes, *fClass);
       return;
     }
-    if (name == "property.reference") {
+    if (name == "property.reference"sv) {
       parser.Push<TStatePropertyReferenceDecl>(attributes, *fClass);
       return;
     }
     fPhase = 2;
     [[fallthrough]];
   case 2:
-    if (name == "method")
+    if (name == "method"sv)
       return;
     parser.UnexpectedElement(name);
   default:
@@ -227,18 +230,18 @@ void TCIMXMLParser::TStateInstance::StartElement(TCIMXMLParser& parser, std::str
   TCIMInstance& instance = **fSlot;
   switch (fPhase) {
   case 0:
-    if (name == "qualifier") {
+    if (name == "qualifier"sv) {
       parser.Push<TStateQualifier>(attributes, static_cast<ICIMAllowQualifiers*>(0));
       return;
     }
     fPhase = 1;
     [[fallthrough]];
   case 1:
-    if (name == "property")
+    if (name == "property"sv)
       parser.Push<TStateProperty>(attributes, instance);
-    else if (name == "property.array")
+    else if (name == "property.array"sv)
       parser.Push<TStatePropertyArray>(attributes, instance);
-    else if (name == "property.reference")
+    else if (name == "property.reference"sv)
       parser.Push<TStatePropertyReference>(attributes, instance);
     else
       parser.UnexpectedElement(name);
@@ -263,9 +266,9 @@ void TCIMXMLParser::TStateQualifier::StartElement(TCIMXMLParser& parser, std::st
                                                   TAttributeMap& attributes) {
   if (fValueRead)
     parser.UnexpectedElement(name);
-  if (name == "value")
+  if (name == "value"sv)
     parser.Push<TStateValue>(attributes, parser, fValue, fType);
-  else if (name == "value.array")
+  else if (name == "value.array"sv)
     parser.Push<TStateValueArray>(attributes, fValue, fType, 0);
   else
     parser.UnexpectedElement(name);
@@ -338,7 +341,7 @@ void TCIMXMLParser::TPropertyDeclState::HandleAttrs(TCIMXMLParser& parser,
 
 void TCIMXMLParser::TPropertyDeclState::StartElement(TCIMXMLParser& parser, std::string& name,
                                                      TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "qualifier") {
+  if (fPhase == 0 && name == "qualifier"sv) {
     parser.Push<TStateQualifier>(attributes, fDecl);
     return;
   }
@@ -346,11 +349,11 @@ void TCIMXMLParser::TPropertyDeclState::StartElement(TCIMXMLParser& parser, std:
     parser.UnexpectedElement(name);
   fPhase = 2;
   fValueRead = true;
-  if (fForm == kZelScalarProperty && name == "value")
+  if (fForm == kZelScalarProperty && name == "value"sv)
     parser.Push<TStateValue>(attributes, parser, fValue, fType);
-  else if (fForm == kZelArrayProperty && name == "value.array")
+  else if (fForm == kZelArrayProperty && name == "value.array"sv)
     parser.Push<TStateValueArray>(attributes, fValue, fType, fArraySize);
-  else if (fForm == kZelReferenceProperty && name == "value.reference")
+  else if (fForm == kZelReferenceProperty && name == "value.reference"sv)
     parser.Push<TStateValueReference>(attributes, fValue);
   else
     parser.UnexpectedElement(name);
@@ -404,7 +407,7 @@ void TCIMXMLParser::TPropertyState::HandleAttrs(TCIMXMLParser& parser,
 
 void TCIMXMLParser::TPropertyState::StartElement(TCIMXMLParser& parser, std::string& name,
                                                  TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "qualifier") {
+  if (fPhase == 0 && name == "qualifier"sv) {
     parser.Push<TStateQualifier>(attributes, static_cast<ICIMAllowQualifiers*>(0));
     return;
   }
@@ -413,11 +416,11 @@ void TCIMXMLParser::TPropertyState::StartElement(TCIMXMLParser& parser, std::str
   fPhase = 2;
   fValueRead = true;
   TCIMValue::TCIMType element(TCIMValue::TCIMType::ECIMType(fType & ~TCIMValue::TCIMType::kArray));
-  if (fForm == kZelScalarProperty && name == "value")
+  if (fForm == kZelScalarProperty && name == "value"sv)
     parser.Push<TStateValue>(attributes, parser, fValue, element);
-  else if (fForm == kZelArrayProperty && name == "value.array")
+  else if (fForm == kZelArrayProperty && name == "value.array"sv)
     parser.Push<TStateValueArray>(attributes, fValue, element, fArraySize);
-  else if (fForm == kZelReferenceProperty && name == "value.reference")
+  else if (fForm == kZelReferenceProperty && name == "value.reference"sv)
     parser.Push<TStateValueReference>(attributes, fValue);
   else
     parser.UnexpectedElement(name);

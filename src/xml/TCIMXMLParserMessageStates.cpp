@@ -2,6 +2,9 @@
 // bringing classes and instances into the container. Nothing is executed.
 #include "TCIMXMLParserStates.h"
 
+// Element and attribute names are compared as views: the length first, no strlen.
+using namespace std::string_view_literals;
+
 static const char kUnknownProtocolVersion[] = "Unknown protocol version";
 static const char kInvalidMultiReq[] = "Invalid MULTIREQ";
 static const char kUnexpectedParameter[] = "Unexpected IParamValue parameter name";
@@ -10,15 +13,15 @@ static const char kUnexpectedParameter[] = "Unexpected IParamValue parameter nam
 // <!ATTLIST MESSAGE ID CDATA #REQUIRED PROTOCOLVERSION CDATA #REQUIRED>
 void TCIMXMLParser::TStateMessage::HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) {
   TAttributeMap::const_iterator version = attributes.find("protocolversion");
-  if (version != attributes.end() && version->second != "1.0")
+  if (version != attributes.end() && version->second != "1.0"sv)
     parser.FatalError(kUnknownProtocolVersion);
 }
 
 void TCIMXMLParser::TStateMessage::StartElement(TCIMXMLParser& parser, std::string& name,
                                                 TAttributeMap& attributes) {
-  if (name == "simplereq")
+  if (name == "simplereq"sv)
     parser.Push<TStateSimpleReq>(attributes);
-  else if (name == "multireq")
+  else if (name == "multireq"sv)
     parser.Push<TStateMultiReq>(attributes);
   else
     parser.UnexpectedElement(name);
@@ -28,7 +31,7 @@ void TCIMXMLParser::TStateMessage::StartElement(TCIMXMLParser& parser, std::stri
 // Phase: the SIMPLEREQ children seen, counted up to 2.
 void TCIMXMLParser::TStateMultiReq::StartElement(TCIMXMLParser& parser, std::string& name,
                                                  TAttributeMap& attributes) {
-  if (name != "simplereq")
+  if (name != "simplereq"sv)
     parser.UnexpectedElement(name);
   if (fPhase < 2)
     ++fPhase;
@@ -44,7 +47,7 @@ void TCIMXMLParser::TStateMultiReq::EndElement(TCIMXMLParser& parser, std::strin
 // <!ELEMENT SIMPLEREQ (IMETHODCALL)>
 void TCIMXMLParser::TStateSimpleReq::StartElement(TCIMXMLParser& parser, std::string& name,
                                                   TAttributeMap& attributes) {
-  if (name != "imethodcall")
+  if (name != "imethodcall"sv)
     parser.UnexpectedElement(name);
   parser.Push<TStateIMethodCall>(attributes);
 }
@@ -57,16 +60,16 @@ void TCIMXMLParser::TStateIMethodCall::HandleAttrs(TCIMXMLParser& parser,
   for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a)
     HandleCIMName(a, method);
   // An absent or empty name is let through, on purpose.
-  if (!method.empty() && method != "CreateClass" && method != "CreateInstance")
+  if (!method.empty() && method != "CreateClass"sv && method != "CreateInstance"sv)
     parser.FatalError(("Unexpected IMethodCall method " + method).c_str());
 }
 
 void TCIMXMLParser::TStateIMethodCall::StartElement(TCIMXMLParser& parser, std::string& name,
                                                     TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "localnamespacepath") {
+  if (fPhase == 0 && name == "localnamespacepath"sv) {
     fPhase = 1;
     parser.Push<TStateLocalNamespacePath>(attributes, fNamespace);
-  } else if (fPhase == 1 && name == "iparamvalue") {
+  } else if (fPhase == 1 && name == "iparamvalue"sv) {
     parser.Push<TStateIParamValue>(attributes);
   } else {
     parser.UnexpectedElement(name);
@@ -80,7 +83,7 @@ void TCIMXMLParser::TStateIParamValue::HandleAttrs(TCIMXMLParser& parser,
   std::string parameter;
   for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a)
     HandleCIMName(a, parameter);
-  if (parameter != "NewClass" && parameter != "NewInstance")
+  if (parameter != "NewClass"sv && parameter != "NewInstance"sv)
     parser.FatalError(kUnexpectedParameter);
 }
 

@@ -13,6 +13,7 @@
 #include <map>
 #include <utility>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class TCIMInstance;

@@ -6,6 +6,9 @@
 #include "TCIMPropertyDecl.h"
 #include "TContainer.h"
 
+// Element and attribute names are compared as views: the length first, no strlen.
+using namespace std::string_view_literals;
+
 static const char kStateCorrupt[] = "Parser state corrupt";
 static const char kNoNamespace[] = "Unexpected at least 1 NAMESPACE element";
 
@@ -39,7 +42,7 @@ TCIMXMLParser::TStateValueArray::TStateValueArray(TCIMValue& target, TCIMValue::
 
 void TCIMXMLParser::TStateValueArray::StartElement(TCIMXMLParser& parser, std::string& name,
                                                    TAttributeMap& attributes) {
-  if (name != "value")
+  if (name != "value"sv)
     parser.UnexpectedElement(name);
   fValues.push_back(TCIMValue());
   // The previous element's state is gone, so growing the list invalidates no target.
@@ -68,17 +71,17 @@ void TCIMXMLParser::TStateValueReference::StartElement(TCIMXMLParser& parser,
   if (fPhase != 0)
     parser.UnexpectedElement(name);
   fPhase = 1;
-  if (name == "classpath")
+  if (name == "classpath"sv)
     parser.Push<TStateClassPath>(attributes, fHost, fNamespace, fClassName);
-  else if (name == "localclasspath")
+  else if (name == "localclasspath"sv)
     parser.Push<TStateLocalClassPath>(attributes, fNamespace, fClassName);
-  else if (name == "classname")
+  else if (name == "classname"sv)
     parser.Push<TStateClassName>(attributes, fClassName);
-  else if ((fPhase = 2), name == "instancepath")
+  else if ((fPhase = 2), name == "instancepath"sv)
     parser.Push<TStateInstancePath>(attributes, fHost, fNamespace, fPath);
-  else if (name == "localinstancepath")
+  else if (name == "localinstancepath"sv)
     parser.Push<TStateLocalInstancePath>(attributes, fNamespace, fPath);
-  else if (name == "instancename")
+  else if (name == "instancename"sv)
     parser.Push<TStateInstanceName>(attributes, fPath);
   else
     parser.UnexpectedElement(name);
@@ -106,7 +109,7 @@ TCIMXMLParser::TStateValueRefArray::TStateValueRefArray(TCIMValue& target) : fTa
 
 void TCIMXMLParser::TStateValueRefArray::StartElement(TCIMXMLParser& parser, std::string& name,
                                                       TAttributeMap& attributes) {
-  if (name != "value.reference")
+  if (name != "value.reference"sv)
     parser.UnexpectedElement(name);
   fValues.push_back(TCIMValue());
   parser.Push<TStateValueReference>(attributes, fValues.back());
@@ -127,9 +130,9 @@ TCIMXMLParser::TStateNamespacePath::TStateNamespacePath(std::string& host,
 
 void TCIMXMLParser::TStateNamespacePath::StartElement(TCIMXMLParser& parser, std::string& name,
                                                       TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "host")
+  if (fPhase == 0 && name == "host"sv)
     parser.Push<TStateHost>(attributes, parser, fHost);
-  else if (fPhase == 1 && name == "localnamespacepath")
+  else if (fPhase == 1 && name == "localnamespacepath"sv)
     parser.Push<TStateLocalNamespacePath>(attributes, fNamespace);
   else
     parser.UnexpectedElement(name);
@@ -143,7 +146,7 @@ TCIMXMLParser::TStateLocalNamespacePath::TStateLocalNamespacePath(std::string& n
 void TCIMXMLParser::TStateLocalNamespacePath::StartElement(TCIMXMLParser& parser,
                                                            std::string& name,
                                                            TAttributeMap& attributes) {
-  if (name != "namespace")
+  if (name != "namespace"sv)
     parser.UnexpectedElement(name);
   ++fCount;
   parser.Push<TStateNamespace>(attributes, fNamespace);
@@ -188,9 +191,9 @@ TCIMXMLParser::TStateClassPath::TStateClassPath(std::string& host, std::string& 
 
 void TCIMXMLParser::TStateClassPath::StartElement(TCIMXMLParser& parser, std::string& name,
                                                   TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "namespacepath")
+  if (fPhase == 0 && name == "namespacepath"sv)
     parser.Push<TStateNamespacePath>(attributes, fHost, fNamespace);
-  else if (fPhase == 1 && name == "classname")
+  else if (fPhase == 1 && name == "classname"sv)
     parser.Push<TStateClassName>(attributes, fClassName);
   else
     parser.UnexpectedElement(name);
@@ -206,9 +209,9 @@ TCIMXMLParser::TStateLocalClassPath::TStateLocalClassPath(std::string& nameSpace
 void TCIMXMLParser::TStateLocalClassPath::StartElement(TCIMXMLParser& parser,
                                                        std::string& name,
                                                        TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "localnamespacepath")
+  if (fPhase == 0 && name == "localnamespacepath"sv)
     parser.Push<TStateLocalNamespacePath>(attributes, fNamespace);
-  else if (fPhase == 1 && name == "classname")
+  else if (fPhase == 1 && name == "classname"sv)
     parser.Push<TStateClassName>(attributes, fClassName);
   else
     parser.UnexpectedElement(name);
@@ -231,9 +234,9 @@ TCIMXMLParser::TStateInstancePath::TStateInstancePath(std::string& host, std::st
 
 void TCIMXMLParser::TStateInstancePath::StartElement(TCIMXMLParser& parser, std::string& name,
                                                      TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "namespacepath")
+  if (fPhase == 0 && name == "namespacepath"sv)
     parser.Push<TStateNamespacePath>(attributes, fHost, fNamespace);
-  else if (fPhase == 1 && name == "instancename")
+  else if (fPhase == 1 && name == "instancename"sv)
     parser.Push<TStateInstanceName>(attributes, fPath);
   else
     parser.UnexpectedElement(name);
@@ -249,9 +252,9 @@ TCIMXMLParser::TStateLocalInstancePath::TStateLocalInstancePath(std::string& nam
 void TCIMXMLParser::TStateLocalInstancePath::StartElement(TCIMXMLParser& parser,
                                                           std::string& name,
                                                           TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "localnamespacepath")
+  if (fPhase == 0 && name == "localnamespacepath"sv)
     parser.Push<TStateLocalNamespacePath>(attributes, fNamespace);
-  else if (fPhase == 1 && name == "instancename")
+  else if (fPhase == 1 && name == "instancename"sv)
     parser.Push<TStateInstanceName>(attributes, fPath);
   else
     parser.UnexpectedElement(name);
@@ -265,9 +268,9 @@ TCIMXMLParser::TStateObjectPath::TStateObjectPath(std::string& host, std::string
 
 void TCIMXMLParser::TStateObjectPath::StartElement(TCIMXMLParser& parser, std::string& name,
                                                    TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "instancepath")
+  if (fPhase == 0 && name == "instancepath"sv)
     parser.Push<TStateInstancePath>(attributes, fHost, fNamespace, fPath);
-  else if (fPhase == 0 && name == "classpath")
+  else if (fPhase == 0 && name == "classpath"sv)
     parser.Push<TStateClassPath>(attributes, fHost, fNamespace, fClassName);
   else
     parser.UnexpectedElement(name);
@@ -309,13 +312,13 @@ void TCIMXMLParser::TStateInstanceName::HandleAttrs(TCIMXMLParser& parser,
 
 void TCIMXMLParser::TStateInstanceName::StartElement(TCIMXMLParser& parser, std::string& name,
                                                      TAttributeMap& attributes) {
-  if (fPhase <= 1 && name == "keybinding") {
+  if (fPhase <= 1 && name == "keybinding"sv) {
     fPhase = 1;
     parser.Push<TStateKeyBinding>(attributes, fClass, fPath);
-  } else if (fPhase == 0 && name == "keyvalue") {
+  } else if (fPhase == 0 && name == "keyvalue"sv) {
     fPhase = 2;
     parser.Push<TStateKeyValue>(attributes, parser, fKeyText);
-  } else if (fPhase == 0 && name == "value.reference") {
+  } else if (fPhase == 0 && name == "value.reference"sv) {
     fPhase = 3;
     parser.Push<TStateValueReference>(attributes, fKeyReference);
   } else {
@@ -354,10 +357,10 @@ void TCIMXMLParser::TStateKeyBinding::HandleAttrs(TCIMXMLParser&, TAttributeMap&
 
 void TCIMXMLParser::TStateKeyBinding::StartElement(TCIMXMLParser& parser, std::string& name,
                                                    TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "keyvalue") {
+  if (fPhase == 0 && name == "keyvalue"sv) {
     fPhase = 1;
     parser.Push<TStateKeyValue>(attributes, parser, fKeyText);
-  } else if (fPhase == 0 && name == "value.reference") {
+  } else if (fPhase == 0 && name == "value.reference"sv) {
     fPhase = 2;
     parser.Push<TStateValueReference>(attributes, fKeyReference);
   } else {
