@@ -154,9 +154,11 @@ std::vector<std::string> TCIMClassImpl::EnumerateKeyNames() const {
 }
 
 void TCIMClassImpl::AddInstance(TCIMInstance& instance) {
-  // An equal path is filed beside the first, on purpose.
-  fInstances.insert(std::make_pair(instance.GetBody()->PathText(),
-                                   boost::shared_ptr<TCIMInstance>(&instance)));
+  // An equal path is filed beside the first, on purpose. The key lives as long as the
+  // instance: it keeps no room from being built by appending.
+  std::string path = instance.GetBody()->PathText();
+  path.shrink_to_fit();
+  fInstances.insert(std::make_pair(std::move(path), boost::shared_ptr<TCIMInstance>(&instance)));
 }
 
 void TCIMClassImpl::RemoveInstance(TCIMInstance& instance) {

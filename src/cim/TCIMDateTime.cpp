@@ -4,24 +4,29 @@
 #include "TCIMDateTimeImpl.h"
 #include "TZELException.h"
 
-TCIMDateTime::TCIMDateTime() : fBody(new TCIMDateTimeImpl) {}
+#include <boost/make_shared.hpp>
+
+TCIMDateTime::TCIMDateTime() : fBody(boost::make_shared<TCIMDateTimeImpl>()) {}
 
 TCIMDateTime::TCIMDateTime(unsigned short year, unsigned short month, unsigned int day,
                            unsigned short hour, unsigned short minute, unsigned short second,
                            unsigned int microseconds, short utcOffset)
-    : fBody(new TCIMDateTimeImpl) {
+    : fBody(boost::make_shared<TCIMDateTimeImpl>()) {
   fBody->Set(year, month, day, hour, minute, second, microseconds, utcOffset);
 }
 
 TCIMDateTime::TCIMDateTime(unsigned int days, unsigned short hours, unsigned short minutes,
                            unsigned short seconds, unsigned int microseconds)
-    : fBody(new TCIMDateTimeImpl) {
+    : fBody(boost::make_shared<TCIMDateTimeImpl>()) {
   fBody->Set(days, hours, minutes, seconds, microseconds);
 }
 
-TCIMDateTime::TCIMDateTime(std::string text) : fBody(new TCIMDateTimeImpl) { fBody->Set(text); }
+TCIMDateTime::TCIMDateTime(std::string text) : fBody(boost::make_shared<TCIMDateTimeImpl>()) {
+  fBody->Set(text);
+}
 
-TCIMDateTime::TCIMDateTime(TCIMDateTime const& other) : fBody(new TCIMDateTimeImpl(*other.fBody)) {}
+TCIMDateTime::TCIMDateTime(TCIMDateTime const& other)
+    : fBody(boost::make_shared<TCIMDateTimeImpl>(*other.fBody)) {}
 
 TCIMDateTime& TCIMDateTime::operator=(TCIMDateTime const& other) {
   *fBody = *other.fBody;

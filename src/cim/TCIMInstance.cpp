@@ -4,9 +4,11 @@
 #include "TCIMInstanceImpl.h"
 #include "TZELException.h"
 
+#include <boost/make_shared.hpp>
+
 typedef TCIMInstance I;
 
-I::TCIMInstance(TCIMClass* cls) : fBody(new TCIMInstanceImpl(*this, cls)) {}
+I::TCIMInstance(TCIMClass* cls) : fBody(boost::make_shared<TCIMInstanceImpl>(*this, cls)) {}
 
 // Declared for hosts but not provided: callers allocate a new instance instead.
 I::TCIMInstance(I&, TCIMClass&) { throw TZELException(zelStatusNotImplemented); }

@@ -4,20 +4,22 @@
 #include "TCIMQualifierImpl.h"
 #include "ZelNamedMap.h"
 
+#include <boost/make_shared.hpp>
+
 typedef TCIMQualifierDecl D;
 
 TCIMQualifier::TCIMQualifier(const D& decl, const TCIMValue& value)
-    : fBody(new TCIMQualifierImpl(decl, value, decl.GetFlavor(), false)) {}
+    : fBody(boost::make_shared<TCIMQualifierImpl>(decl, value, decl.GetFlavor(), false)) {}
 
 TCIMQualifier::TCIMQualifier(const D& decl, const TCIMValue& value, D::EFlavor flavor)
-    : fBody(new TCIMQualifierImpl(decl, value, flavor, false)) {}
+    : fBody(boost::make_shared<TCIMQualifierImpl>(decl, value, flavor, false)) {}
 
 TCIMQualifier::TCIMQualifier(const TCIMQualifier& other)
-    : fBody(new TCIMQualifierImpl(*other.fBody)) {}
+    : fBody(boost::make_shared<TCIMQualifierImpl>(*other.fBody)) {}
 
 TCIMQualifier& TCIMQualifier::operator=(const TCIMQualifier& other) {
   if (this != &other)
-    fBody.reset(new TCIMQualifierImpl(*other.fBody));
+    fBody = boost::make_shared<TCIMQualifierImpl>(*other.fBody);
   return *this;
 }
 

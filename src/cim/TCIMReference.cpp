@@ -3,20 +3,24 @@
 
 #include "TCIMReferenceImpl.h"
 
+#include <boost/make_shared.hpp>
+
 typedef TCIMReference R;
 
-R::TCIMReference(TContainer const* container) : fBody(new TCIMReferenceImpl(*this, container)) {}
+R::TCIMReference(TContainer const* container)
+    : fBody(boost::make_shared<TCIMReferenceImpl>(*this, container)) {}
 
 R::TCIMReference(TContainer const* container, std::string path)
-    : fBody(new TCIMReferenceImpl(*this, container)) {
+    : fBody(boost::make_shared<TCIMReferenceImpl>(*this, container)) {
   SetPath(path);
 }
 
-R::TCIMReference(R const& other) : fBody(new TCIMReferenceImpl(*this, *other.fBody)) {}
+R::TCIMReference(R const& other)
+    : fBody(boost::make_shared<TCIMReferenceImpl>(*this, *other.fBody)) {}
 
 R& R::operator=(R const& other) {
   if (this != &other)
-    fBody.reset(new TCIMReferenceImpl(*this, *other.fBody));
+    fBody = boost::make_shared<TCIMReferenceImpl>(*this, *other.fBody);
   return *this;
 }
 
