@@ -10,6 +10,7 @@
 #include "TCIMValue.h"
 
 #include <boost/make_shared.hpp>
+#include <deque>
 #include <map>
 #include <utility>
 #include <string>
@@ -323,7 +324,9 @@ private:
   TCIMValue& fTarget;
   TCIMValue::TCIMType fType;  // of the elements
   unsigned int fArraySize;
-  std::vector<TCIMValue> fValues;
+  // A deque: growing it moves no element (a value's move may throw, so a vector would copy
+  // every element at each growth) and keeps the target of the open VALUE in place.
+  std::deque<TCIMValue> fValues;
 };
 
 class TCIMXMLParser::TStateValueReference : public TParseState {

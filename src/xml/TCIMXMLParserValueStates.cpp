@@ -44,13 +44,26 @@ void TCIMXMLParser::TStateValueArray::StartElement(TCIMXMLParser& parser, std::s
                                                    TAttributeMap& attributes) {
   if (name != "value"sv)
     parser.UnexpectedElement(name);
-  fValues.push_back(TCIMValue());
-  // The previous element's state is gone, so growing the list invalidates no target.
+  fValues.emplace_back();
   parser.Push<TStateValue>(attributes, parser, fValues.back(), fType);
 }
 
+// The elements are moved into the array, not cloned, when they all have the element type;
+// otherwise Set reports the first that has not.
 void TCIMXMLParser::TStateValueArray::EndElement(TCIMXMLParser& parser, std::string& name) {
-  fTarget.Set(fType, fArraySize, fValues);
+  std::vector<TCIMValue> elements;
+  elements.reserve(fValues.size());
+  bool typed = true;
+  for (TCIMValue& value : fValues) {
+    typed = typed && value.GetType() == fType;
+    elements.push_back(std::move(value));
+  }
+  if (typed) {
+    fTarget.Set(fType, fArraySize, std::vector<TCIMValue>());
+    static_cast<std::vector<TCIMValue>&>(fTarget).swap(elements);
+  } else {
+    fTarget.Set(fType, fArraySize, elements);
+  }
   TParseState::EndElement(parser, name);
 }
 
