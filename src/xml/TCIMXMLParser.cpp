@@ -28,9 +28,17 @@ static const char kIncompatibleAttributes[] = "Incompatible attributes";
 
 // Element names arrive as written; states compare them in lower case.
 static std::string LowerCaseName(const char* name) {
+  struct TLowerTable {
+    char fByte[256];
+    TLowerTable() {
+      for (int c = 0; c < 256; ++c)
+        fByte[c] = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+    }
+  };
+  static const TLowerTable kLower;  // a load per byte, every start and end tag
   std::string lower(name);
   for (char& c : lower)
-    c = static_cast<char>(c | ((static_cast<unsigned char>(c - 'A') < 26) << 5));
+    c = kLower.fByte[static_cast<unsigned char>(c)];
   return lower;
 }
 
