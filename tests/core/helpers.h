@@ -4,34 +4,26 @@
 #define CORE_HELPERS_H
 
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <time.h>
 
-/// Sets TZ (a POSIX rule such as "UTC0", so no zone database is needed) and restores the
-/// process's own setting on destruction.
+/// Sets TZ (a POSIX rule such as "UTC0", so no zone database is needed) for the scope.
 class ScopedTimeZone {
 public:
   explicit ScopedTimeZone(char const* zone) {
-    char const* old = std::getenv("TZ");
-    fHadZone = old != 0;
-    if (old)
-      fOldZone = old;
+    if (char const* old = std::getenv("TZ"))
+      fOld = old;
     setenv("TZ", zone, 1);
     tzset();
   }
   ~ScopedTimeZone() {
-    if (fHadZone)
-      setenv("TZ", fOldZone.c_str(), 1);
-    else
-      unsetenv("TZ");
+    fOld ? setenv("TZ", fOld->c_str(), 1) : unsetenv("TZ");
     tzset();
   }
-  ScopedTimeZone(ScopedTimeZone const&) = delete;
-  ScopedTimeZone& operator=(ScopedTimeZone const&) = delete;
 
 private:
-  bool fHadZone;
-  std::string fOldZone;
+  std::optional<std::string> fOld;
 };
 
 /// A distinct address standing in for a class or container that the code under test only

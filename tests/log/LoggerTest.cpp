@@ -5,9 +5,9 @@
 #include "IPlugin.h"
 #include "IPluginCallbacks.h"
 #include "TLogger.h"
+#include "TOSSpecific.h"
 #include "TRootObject.h"
 
-#include <ctime>
 #include <fstream>
 #include <vector>
 
@@ -19,104 +19,79 @@ namespace {
 class LoggerTest : public ZelTest {
 protected:
   ILogger& Log() { return *TRootObject::GetCoreLogger(); }
+  size_t Kept() { return Log().GetLog().size(); }
 
-  // Runs body in a forked child and returns its exit code; the child never returns.
-  template <class Body>
-  int InChild(Body body) {
-    pid_t pid = fork();
-    if (pid == 0) {
-      body();
-      _exit(0);
-    }
-    int status = 0;
-    waitpid(pid, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  static std::string ReadAll(std::string const& path) {
+    std::ifstream in(path.c_str());
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
   }
 };
 
 // A plugin as the logger sees it: a handle whose callbacks give its name.
-class NamedCallbacks : public IPluginCallbacks {
+class NamedPlugin : public IPlugin, public IPluginCallbacks {
 public:
-  int GetType() override { return 0; }
+  IPluginCallbacks* GetCallbacks() const override { return const_cast<NamedPlugin*>(this); }
   std::string GetName() override { return "cpu"; }
-  std::string GetVersion() override { return "1.0"; }
-  std::string GetInterfaceVersion() override { return "1"; }
+  void Initialize() override {}
+  bool IsInitialized() const override { return true; }
+  std::string GetPath() const override { return ""; }
+  std::string GetSpecificationPath() const override { return ""; }
+  std::vector<TCIMClass*> GetClassesCollected() const override { return {}; }
+  int GetType() override { return 0; }
+  std::string GetVersion() override { return ""; }
+  std::string GetInterfaceVersion() override { return ""; }
   void PrepareForUnload() override {}
   void Init() override {}
   void DeInit() override {}
   int GetURLType() override { return 0; }
 };
 
-class NamedPlugin : public IPlugin {
-public:
-  IPluginCallbacks* GetCallbacks() const override { return &fCallbacks; }
-  void Initialize() override {}
-  bool IsInitialized() const override { return true; }
-  std::string GetPath() const override { return ""; }
-  std::string GetSpecificationPath() const override { return ""; }
-  std::vector<TCIMClass*> GetClassesCollected() const override { return {}; }
-
-private:
-  mutable NamedCallbacks fCallbacks;
-};
-
 } // namespace
 
 TEST_F(LoggerTest, ThresholdDecidesWhatIsWrittenAndKept) {
   EXPECT_EQ(Log().GetLogThreshold(), zelLogStatus);
-  Log().OutputLogEntry(nullptr, zelLogError, std::string("e"));
-  Log().OutputLogEntry(nullptr, zelLogWarning, std::string("w"));
-  Log().OutputLogEntry(nullptr, zelLogStatus, std::string("s"));
+  for (int severity = zelLogError; severity <= zelLogVerbose; ++severity)
+    Log().OutputLogEntry(nullptr, static_cast<zelLogSeverity>(severity), std::string("a"));
+  Log().SetLogThreshold(zelLogVerbose);
   Log().OutputLogEntry(nullptr, zelLogDebug, std::string("d"));
   Log().OutputLogEntry(nullptr, zelLogVerbose, std::string("v"));
-  EXPECT_EQ(LoggedLines(), (std::vector<std::string>{"ZEL_Core: [Error] e",
-                                                     "ZEL_Core: [Warning] w",
-                                                     "ZEL_Core: [Status] s"}));
-  EXPECT_EQ(Log().GetLog().size(), 3u);
-
-  Log().SetLogThreshold(zelLogVerbose);
-  Log().ClearLog();
-  Log().OutputLogEntry(nullptr, zelLogDebug, std::string("d2"));
-  Log().OutputLogEntry(nullptr, zelLogVerbose, std::string("v2"));
-  EXPECT_LOGGED("ZEL_Core: [Debug] d2");
-  EXPECT_LOGGED("ZEL_Core: [Verbose] v2");
+  EXPECT_EQ(LoggedLines(), (std::vector<std::string>{
+                               "ZEL_Core: [Error] a", "ZEL_Core: [Warning] a",
+                               "ZEL_Core: [Status] a", "ZEL_Core: [Debug] d",
+                               "ZEL_Core: [Verbose] v"}));
   // Verbose lines are written but never kept.
-  ASSERT_EQ(Log().GetLog().size(), 1u);
-  EXPECT_EQ(Log().GetLog().front().fText, "d2");
+  ASSERT_EQ(Kept(), 4u);
+  EXPECT_EQ(Log().GetLog().back().fText, "d");
+  Log().ClearLog();
+  EXPECT_EQ(Kept(), 0u);
 }
 
 TEST_F(LoggerTest, MemoryOnlyEntriesAreKeptAtAnyThresholdAndNeverWritten) {
   Log().SetLogThreshold(zelLogError);
-  time_t before = time(nullptr);
   Log().OutputLogEntry(nullptr, zelLogMemoryOnly, std::string("kept"));
+  unsigned char const bytes[] = {1, 2};
+  Log().OutputLogEntry(nullptr, zelLogMemoryOnly, bytes, 2); // Never dumped.
   EXPECT_TRUE(LoggedLines().empty());
-  ASSERT_EQ(Log().GetLog().size(), 1u);
+  ASSERT_EQ(Kept(), 1u);
   ILogger::TLogEntry const& entry = Log().GetLog().front();
   EXPECT_EQ(entry.fPlugin, nullptr);
   EXPECT_EQ(entry.fSeverity, zelLogMemoryOnly);
   EXPECT_EQ(entry.fText, "kept");
-  EXPECT_FALSE(entry.fTime.IsNull());
-  EXPECT_FALSE(entry.fTime.IsInterval());
-  struct tm local;
-  localtime_r(&before, &local);
-  EXPECT_EQ(entry.fTime.GetYear(), local.tm_year + 1900);
-
-  Log().ClearLog();
-  EXPECT_TRUE(Log().GetLog().empty());
+  TCIMDateTime age = TOSSpecific::GetLocalTime() - entry.fTime;
+  EXPECT_TRUE(age < TCIMDateTime(0, 0, 0, 1, 0)) << age.ToString();
 }
 
 TEST_F(LoggerTest, SeverityWithoutTagThrowsAfterKeepingTheEntry) {
   EXPECT_ZEL_THROW(Log().OutputLogEntry(nullptr, static_cast<zelLogSeverity>(-1),
                                         std::string("odd")),
                    zelStatusFail);
-  ASSERT_EQ(Log().GetLog().size(), 1u);
+  ASSERT_EQ(Kept(), 1u);
   EXPECT_EQ(Log().GetLog().front().fText, "odd");
-
   Log().SetLogThreshold(static_cast<zelLogSeverity>(7));
   EXPECT_ZEL_THROW(Log().OutputLogEntry(nullptr, static_cast<zelLogSeverity>(5),
                                         std::string("five")),
                    zelStatusFail);
-  EXPECT_EQ(Log().GetLog().size(), 1u); // Above debug: not kept.
+  EXPECT_EQ(Kept(), 1u); // Above debug: not kept.
   EXPECT_TRUE(LoggedLines().empty());
 }
 
@@ -127,28 +102,23 @@ TEST_F(LoggerTest, PluginLinesCarryThePluginName) {
   EXPECT_EQ(Log().GetLog().back().fPlugin, &plugin);
 }
 
-TEST_F(LoggerTest, HexDumpsBytesOnOneLine) {
-  unsigned char const bytes[] = {0x0a, 0xff, 0x00, 0x7f};
-  Log().OutputLogEntry(nullptr, zelLogStatus, bytes, 4);
-  EXPECT_LOGGED("ZEL_Core: [Status] 0a ff 00 7f ");
-  EXPECT_EQ(Log().GetLog().back().fText, "0a ff 00 7f ");
-
-  Log().OutputLogEntry(nullptr, zelLogDebug, bytes, 2); // Above the threshold.
-  Log().OutputLogEntry(nullptr, zelLogMemoryOnly, bytes, 2); // Never dumped.
-  EXPECT_EQ(LoggedLines().size(), 1u);
-  EXPECT_EQ(Log().GetLog().size(), 1u);
-}
-
-TEST_F(LoggerTest, HexDumpsStopAtTenKilobytes) {
+TEST_F(LoggerTest, HexDumpsBytesOnOneLineUpToTenKilobytes) {
   std::vector<unsigned char> block(10241, 0xab);
+  block[0] = 0x0a;
+  block[1] = 0xff;
+  block[2] = 0x00;
+  Log().OutputLogEntry(nullptr, zelLogStatus, block.data(), 3);
+  Log().OutputLogEntry(nullptr, zelLogDebug, block.data(), 2); // Above the threshold.
   Log().OutputLogEntry(nullptr, zelLogStatus, block.data(), 10240);
-  ASSERT_EQ(LoggedLines().size(), 1u);
-  EXPECT_EQ(LoggedLines()[0].size(), std::string("ZEL_Core: [Status] ").size() + 3 * 10240);
-
   // The size is tested before the threshold: even a dropped severity reports it.
   Log().OutputLogEntry(nullptr, zelLogVerbose, block.data(), 10241);
-  EXPECT_LOGGED("ZEL_Core: [Error] Too much data to log--10k limit!");
-  EXPECT_EQ(LoggedLines().size(), 2u);
+  std::vector<std::string> lines = LoggedLines();
+  ASSERT_EQ(lines.size(), 3u);
+  EXPECT_EQ(lines[0], "ZEL_Core: [Status] 0a ff 00 ");
+  EXPECT_EQ(lines[1].size(), std::string("ZEL_Core: [Status] ").size() + 3 * 10240);
+  EXPECT_EQ(lines[1].substr(lines[1].size() - 6), "ab ab ");
+  EXPECT_EQ(lines[2], "ZEL_Core: [Error] Too much data to log--10k limit!");
+  EXPECT_EQ(Log().GetLog().front().fText, "0a ff 00 ");
 }
 
 TEST_F(LoggerTest, WriteLogFromCUsesTheCallersSeverity) {
@@ -156,67 +126,39 @@ TEST_F(LoggerTest, WriteLogFromCUsesTheCallersSeverity) {
   EXPECT_TRUE(LoggedLines().empty());
   Log().SetLogThreshold(zelLogDebug);
   zelWriteLog(nullptr, zelLogDebug, "x");
-  EXPECT_EQ(LoggedLines(), std::vector<std::string>{"ZEL_Core: [Debug] x"});
-
   // A NULL text is reported at the caller's severity, not as an error.
   zelWriteLog(nullptr, zelLogWarning, nullptr);
-  EXPECT_LOGGED("ZEL_Core: [Warning] zelWriteLog: NULL text parameter");
-  Log().SetLogThreshold(zelLogStatus);
   zelWriteLog(nullptr, zelLogVerbose, nullptr);
-  EXPECT_EQ(LoggedLines().size(), 2u);
+  EXPECT_EQ(LoggedLines(), (std::vector<std::string>{
+                               "ZEL_Core: [Debug] x",
+                               "ZEL_Core: [Warning] zelWriteLog: NULL text parameter"}));
 }
 
-TEST_F(LoggerTest, OpeningAFileEmptiesItAndWritesTheBanner) {
-  std::string path = WriteFile("old.log", "stale line\n");
-  Log().SetLogFilename(path);
-  Log().OutputLogEntry(nullptr, zelLogError, std::string("fresh"));
-  std::ifstream in(path.c_str());
-  std::string all((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  EXPECT_EQ(all, "-- VOK Log Opened ----------------------------\n"
-                 "ZEL_Core: [Error] fresh\n");
+TEST_F(LoggerTest, AFileIsEmptiedOnOpeningAndClosedWithABanner) {
+  std::string path = WriteFile("child.log", "stale line\n");
+  pid_t child = fork();
+  if (child == 0) {
+    TLogger::Initialize(); // A logger of the child's own, replacing the inherited one.
+    TLogger::GetInstance()->SetLogFilename(path);
+    zelWriteLog(nullptr, zelLogError, "bye");
+    delete TLogger::GetInstance();
+    _exit(0);
+  }
+  int status = -1;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(ReadAll(path), "-- VOK Log Opened ----------------------------\n"
+                           "ZEL_Core: [Error] bye\n"
+                           "-- VOK Log Closed ----------------------------\n");
 }
 
-TEST_F(LoggerTest, UnopenableFileThrowsAndKeepsTheName) {
+TEST_F(LoggerTest, UnopenableFilesThrowTheirReason) {
   EXPECT_ZEL_THROW(Log().SetLogFilename(TempPath("no/such/dir/x.log")),
                    zelStatusFileSystemError);
   // Lines now go nowhere (the stream failed) and nothing crashes.
   Log().OutputLogEntry(nullptr, zelLogError, std::string("lost"));
   EXPECT_EQ(Log().GetLog().back().fText, "lost");
-}
-
-TEST_F(LoggerTest, ClosingTheLoggerWritesTheClosingBanner) {
-  std::string path = TempPath("child.log");
-  int code = InChild([&] {
-    TLogger::Initialize(); // A logger of the child's own, replacing the inherited one.
-    TLogger::GetInstance()->SetLogFilename(path);
-    zelWriteLog(nullptr, zelLogError, "bye");
-    delete TLogger::GetInstance();
-  });
-  EXPECT_EQ(code, 0);
-  std::ifstream in(path.c_str());
-  std::string all((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  EXPECT_EQ(all, "-- VOK Log Opened ----------------------------\n"
-                 "ZEL_Core: [Error] bye\n"
-                 "-- VOK Log Closed ----------------------------\n");
-}
-
-TEST_F(LoggerTest, LinesBeforeInitializeAreDropped) {
-  int code = InChild([] {
-    TLogger::fgInstance = nullptr; // As in a process that has not initialised the logger.
-    if (TRootObject::GetCoreLogger() != nullptr)
-      _exit(2);
-    zelWriteLog(nullptr, zelLogError, "nobody listens");
-    if (zelArrayAddUint8(nullptr, 1) != zelStatusFail)
-      _exit(3);
-  });
-  EXPECT_EQ(code, 0);
-  EXPECT_TRUE(LoggedLines().empty());
-}
-
-TEST_F(LoggerTest, PermissionDeniedIsReportedAsSuch) {
   // Read-only even for root; sysfs answers a write open with EACCES.
-  char const* readOnly = "/sys/kernel/notes";
-  if (access(readOnly, F_OK) != 0)
-    GTEST_SKIP() << readOnly << " is not there";
-  EXPECT_ZEL_THROW(Log().SetLogFilename(readOnly), zelStatusAccessDenied);
+  if (access("/sys/kernel/notes", F_OK) == 0)
+    EXPECT_ZEL_THROW(Log().SetLogFilename("/sys/kernel/notes"), zelStatusAccessDenied);
 }

@@ -20,24 +20,25 @@ protected:
   // libtop.pi.so sits directly in plugins/.
   std::string MakePluginTree() {
     std::string plugins = TempPath("plugins");
-    EXPECT_EQ(::mkdir(plugins.c_str(), 0755), 0);
-    EXPECT_EQ(::mkdir((plugins + "/a").c_str(), 0755), 0);
-    EXPECT_EQ(::mkdir((plugins + "/b").c_str(), 0755), 0);
-    WriteFile("plugins/a/libx.pi.so", "");
-    WriteFile("plugins/a/libx.pi.so.bak", "");
-    WriteFile("plugins/a/notes.txt", "");
-    WriteFile("plugins/b/liby.pi.so", "");
-    WriteFile("plugins/libtop.pi.so", "");
+    for (std::string dir : {"", "/a", "/b"})
+      EXPECT_EQ(::mkdir((plugins + dir).c_str(), 0755), 0);
+    for (char const* file : {"a/libx.pi.so", "a/libx.pi.so.bak", "a/notes.txt", "b/liby.pi.so",
+                             "libtop.pi.so"})
+      WriteFile(std::string("plugins/") + file, "");
     return plugins;
   }
 };
 
-TEST_F(PluginFilesTest, FindPluginsFromInsideThePluginDirectory) {
+TEST_F(PluginFilesTest, FindPluginsLooksOneLevelDownFromInsideThePluginDirectory) {
   std::string plugins = MakePluginTree();
   ScopedChdir inside(plugins);
+  size_t before = OpenFdCount();
   EXPECT_THAT(TOSSpecific::FindPlugins(plugins),
               UnorderedElementsAre(plugins + "/a/libx.pi.so", plugins + "/a/libx.pi.so.bak",
                                    plugins + "/b/liby.pi.so"));
+  EXPECT_EQ(OpenFdCount(), before);
+  EXPECT_ZEL_THROW(TOSSpecific::FindPlugins(TempPath("missing")), zelStatusFileSystemError);
+  EXPECT_THAT(LoggedLines(), IsEmpty());
 }
 
 TEST_F(PluginFilesTest, FindPluginsTestsSubdirectoriesRelativeToTheCurrentDirectory) {
@@ -61,21 +62,9 @@ TEST_F(PluginFilesTest, FindPluginsTestsSubdirectoriesRelativeToTheCurrentDirect
   EXPECT_ZEL_THROW(TOSSpecific::FindPlugins(plugins), zelStatusFileSystemError);
 }
 
-TEST_F(PluginFilesTest, FindPluginsAndListDirCloseTheirDirectories) {
-  std::string plugins = MakePluginTree();
-  ScopedChdir inside(plugins);
-  size_t before = OpenFdCount();
-  TOSSpecific::FindPlugins(plugins);
-  TOSSpecific::ListDir(plugins);
-  EXPECT_EQ(OpenFdCount(), before);
-  EXPECT_ZEL_THROW(TOSSpecific::FindPlugins(TempPath("missing")), zelStatusFileSystemError);
-  EXPECT_THAT(LoggedLines(), IsEmpty());
-}
-
 TEST_F(PluginFilesTest, LoadPluginLibraryRunsItsLoadTimeCodeWithGlobalSymbols) {
   ASSERT_EQ(zelOsFlagModuleLoaded, 0);
-  void* handle = TOSSpecific::LoadPluginLibrary(ZEL_OS_FLAG_MODULE);
-  EXPECT_NE(handle, nullptr);
+  EXPECT_NE(TOSSpecific::LoadPluginLibrary(ZEL_OS_FLAG_MODULE), nullptr);
   EXPECT_EQ(zelOsFlagModuleLoaded, 1);
   int* marker = static_cast<int*>(::dlsym(RTLD_DEFAULT, "zelOsFlagModuleMarker"));
   ASSERT_NE(marker, nullptr) << "the library's symbols are not global";
@@ -88,7 +77,6 @@ TEST_F(PluginFilesTest, LoadPluginLibraryFailuresLogTheLoaderReason) {
   EXPECT_ZEL_THROW(TOSSpecific::LoadPluginLibrary(missing), zelStatusFileSystemError);
   EXPECT_LOGGED("ZEL_Core: [Error] ERROR: Failed to load plugin.  Reason: " + missing +
                 ": cannot open shared object file: No such file or directory");
-
   // Every symbol is bound at load time: an unresolved function fails the load.
   std::string unresolved = ZEL_OS_UNRESOLVED_MODULE;
   EXPECT_ZEL_THROW(TOSSpecific::LoadPluginLibrary(unresolved), zelStatusFileSystemError);

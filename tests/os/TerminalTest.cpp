@@ -1,9 +1,7 @@
-// Keyboard polling through a real pseudo-terminal on standard input.
+// Keyboard polling through a real pseudo-terminal on the standard input of a child.
 #include "helpers.h"
 
 #include <pty.h>
-#include <signal.h>
-#include <sys/wait.h>
 #include <termios.h>
 
 class TerminalTest : public ZelTest {
@@ -19,10 +17,20 @@ protected:
     ::close(fMaster);
     ZelTest::TearDown();
   }
-  // The local modes of standard input equal those of the terminal before the test.
+  // Runs body in a child reading from fd (closed for -1), where a read waiting for a line
+  // end ends in the alarm.
+  static int WithStdin(int fd, std::function<int()> const& body) {
+    return InChild([&] {
+      if (fd < 0 ? ::close(STDIN_FILENO) != 0 : ::dup2(fd, STDIN_FILENO) != STDIN_FILENO)
+        return 100;
+      ::alarm(5);
+      return body();
+    });
+  }
+  // The terminal's local modes are as before the test.
   void ExpectModesRestored() {
     struct termios now;
-    ASSERT_EQ(::tcgetattr(STDIN_FILENO, &now), 0);
+    ASSERT_EQ(::tcgetattr(fSlave, &now), 0);
     EXPECT_EQ(now.c_lflag, fInitial.c_lflag);
   }
 
@@ -31,51 +39,28 @@ protected:
   struct termios fInitial;
 };
 
-TEST_F(TerminalTest, PollsAndReadsOneKeyThenRestoresTheTerminal) {
-  ScopedStdin terminal(fSlave);
-  EXPECT_FALSE(TOSSpecific::IsKeyWaiting());
+TEST_F(TerminalTest, PollsAndReadsOneKeyWithoutALineEndThenRestoresTheTerminal) {
+  EXPECT_EQ(WithStdin(fSlave, TOSSpecific::IsKeyWaiting), 0);
   ExpectModesRestored();
-
   // No line end follows: only a terminal out of canonical mode offers the key.
   ASSERT_EQ(::write(fMaster, "k", 1), 1);
-  bool waiting = false;
-  for (int i = 0; i < 200 && !waiting; ++i) {
-    waiting = TOSSpecific::IsKeyWaiting();
-    if (!waiting)
-      TOSSpecific::USleep(10);
-  }
-  EXPECT_TRUE(waiting);
+  EXPECT_EQ(WithStdin(fSlave, [] {
+              for (int i = 0; i < 200; ++i, TOSSpecific::USleep(10))
+                if (TOSSpecific::IsKeyWaiting())
+                  return 1;
+              return 0;
+            }),
+            1);
   ExpectModesRestored();
-  EXPECT_EQ(TOSSpecific::GetKeyboardChar(), 'k');
+  EXPECT_EQ(WithStdin(fSlave, TOSSpecific::GetKeyboardChar), 'k');
   ExpectModesRestored();
-  EXPECT_FALSE(TOSSpecific::IsKeyWaiting());
-}
-
-TEST_F(TerminalTest, GetKeyboardCharDoesNotWaitForALineEnd) {
-  ScopedStdin terminal(fSlave);
-  // In a child, so that a read left waiting for a line end ends in the alarm, not a hang.
-  pid_t child = ::fork();
-  ASSERT_GE(child, 0);
-  if (child == 0) {
-    ::alarm(5);
-    ::_exit(TOSSpecific::GetKeyboardChar());
-  }
-  ASSERT_EQ(::write(fMaster, "z", 1), 1);
-  int status = 0;
-  ASSERT_EQ(::waitpid(child, &status, 0), child);
-  ASSERT_TRUE(WIFEXITED(status)) << "the read waited for a line end";
-  EXPECT_EQ(WEXITSTATUS(status), 'z');
-  ExpectModesRestored();
+  EXPECT_EQ(WithStdin(fSlave, TOSSpecific::IsKeyWaiting), 0);
 }
 
 TEST_F(TerminalTest, EndOfInputAndFailedPolls) {
-  {
-    int null = ::open("/dev/null", O_RDONLY);
-    ScopedStdin empty(null);
-    ::close(null);
-    EXPECT_EQ(TOSSpecific::GetKeyboardChar(), -1);
-    EXPECT_TRUE(TOSSpecific::IsKeyWaiting()) << "end of file reads without waiting";
-  }
-  ScopedStdin closed(-1);
-  EXPECT_TRUE(TOSSpecific::IsKeyWaiting()) << "a failed poll counts as a key";
+  int null = ::open("/dev/null", O_RDONLY);
+  EXPECT_EQ(WithStdin(null, TOSSpecific::GetKeyboardChar), 255); // -1 as an exit code.
+  EXPECT_EQ(WithStdin(null, TOSSpecific::IsKeyWaiting), 1) << "end of file reads at once";
+  ::close(null);
+  EXPECT_EQ(WithStdin(-1, TOSSpecific::IsKeyWaiting), 1) << "a failed poll counts as a key";
 }
