@@ -54,14 +54,12 @@ bool StartsWith(const std::string& text, const std::string& prefix) {
 }
 
 bool HasLine(const std::string& text, const std::string& line) {
-  std::vector<std::string> lines = Lines(text);
-  return std::find(lines.begin(), lines.end(), line) != lines.end();
+  return ("\n" + text).find("\n" + line + "\n") != std::string::npos;
 }
 
 std::string HostName() {
   char host[256] = "";
-  gethostname(host, sizeof host);
-  host[sizeof host - 1] = '\0';
+  gethostname(host, sizeof host - 1);
   return host;
 }
 
@@ -149,13 +147,9 @@ protected:
 
   static std::string Gunzip(const std::string& path) {
     gzFile file = gzopen(path.c_str(), "rb");
-    std::string text;
-    char buffer[65536];
-    int count;
-    while (file && (count = gzread(file, buffer, sizeof buffer)) > 0)
-      text.append(buffer, count);
-    if (file)
-      gzclose(file);
+    std::string text(1 << 20, '\0');
+    text.resize(std::max(0, gzread(file, &text[0], static_cast<unsigned>(text.size()))));
+    gzclose(file);
     return text;
   }
 };
@@ -289,7 +283,7 @@ TEST_F(ZelCollectTest, ProgressGoesToATerminalOnlyOneLinePerPlugin) {
   EXPECT_NE(run.fErr.find(" ms\r\n"), std::string::npos);
 }
 
-TEST_F(ZelCollectTest, UsageAndSetUpErrorsExitWithTwoAndSayWhy) {
+TEST_F(ZelCollectTest, UsageAndSetUpErrorsExitWithTwoAndHelpListsEveryOption) {
   struct {
     std::vector<std::string> fArguments;
     std::string fMessage;
@@ -314,27 +308,25 @@ TEST_F(ZelCollectTest, UsageAndSetUpErrorsExitWithTwoAndSayWhy) {
        "zelcollect: cannot open log file /nonexistent/log: zelStatusFileSystemError\n"},
   };
   for (const auto& row : kRows) {
+    SCOPED_TRACE(row.fArguments[0]);
     TRun run = Run(row.fArguments);
-    EXPECT_EQ(run.fExit, 2) << row.fArguments[0];
+    EXPECT_EQ(run.fExit, 2);
     EXPECT_EQ(run.fErr, row.fMessage);
     EXPECT_EQ(run.fOut, "");
   }
+  TRun help = Run({"--help"});
+  EXPECT_EQ(help.fExit, 0);
+  for (const char* option :
+       {"  -p, --plugin-dir DIR", "  -s, --schema FILE", "  -c, --class NAME", "  -o, --output FILE",
+        "  -n, --no-output", "      --verify", "  -l, --log-file FILE", "  -L, --log-level LEVEL",
+        "  -f, --format FORMAT", "  -h, --help"})
+    EXPECT_NE(help.fOut.find(option), std::string::npos) << option;
+  EXPECT_EQ(Run({"-V"}).fOut, "zelcollect 1.0.0\n");
   // The inventory is printed before the result file is found unwritable.
   TRun unwritable = Run({"-o", "missing/result.xml", "-c", "KAPLA_OperatingSystem"});
   EXPECT_EQ(unwritable.fExit, 2);
   EXPECT_EQ(unwritable.fErr, "zelcollect: cannot write " + TempPath("missing/result.xml") +
                                  ": zelStatusFileSystemError\n");
-}
-
-TEST_F(ZelCollectTest, HelpListsEveryOption) {
-  TRun run = Run({"--help"});
-  EXPECT_EQ(run.fExit, 0);
-  for (const char* option :
-       {"  -p, --plugin-dir DIR", "  -s, --schema FILE", "  -c, --class NAME", "  -o, --output FILE",
-        "  -n, --no-output", "      --verify", "  -l, --log-file FILE", "  -L, --log-level LEVEL",
-        "  -f, --format FORMAT", "  -h, --help"})
-    EXPECT_NE(run.fOut.find(option), std::string::npos) << option;
-  EXPECT_EQ(Run({"-V"}).fOut, "zelcollect 1.0.0\n");
 }
 
 TEST_F(ZelCollectTest, TheReadmeExamplePluginCollectsWithTheSharedSchema) {

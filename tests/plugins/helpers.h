@@ -8,7 +8,6 @@
 
 #include "IPlugin.h"
 #include "IPluginBasicQueryCallbacks.h"
-#include "IPluginCallbacks.h"
 #include "TCIMClass.h"
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
@@ -19,21 +18,21 @@
 #include "TPluginManager.h"
 #include "TQueryManager.h"
 
-#include <algorithm>
+#include <gmock/gmock.h>
+
 #include <filesystem>
 #include <functional>
-#include <string>
-#include <vector>
 
 #include <unistd.h>
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 class PluginTest : public ZelTest {
 protected:
   void SetUp() override {
     ZelTest::SetUp();
-    char cwd[4096];
-    ASSERT_NE(getcwd(cwd, sizeof cwd), nullptr);
-    fOldDir = cwd;
+    fOldDir = std::filesystem::current_path();
     // The loader knows a library by the path it was given: every test needs its own
     // spelling, so that its copies are loaded afresh. Counted, not random, so no "lib" can
     // turn up in a directory name.
@@ -60,9 +59,7 @@ protected:
   }
 
   /// The declarations and the abstract system class that the plugins' documents use.
-  void LoadSharedSchema() {
-    fSchema->PopulateContainerFromFile(ZEL_TEST_DATA_DIR "/shared-schema.xml");
-  }
+  void LoadSharedSchema() { fSchema->PopulateContainerFromFile(ZEL_TEST_DATA_DIR "/shared-schema.xml"); }
 
   /// Copies built plugins (library and document) into the current plugin directory.
   void StagePlugins(std::vector<std::string> const& names) {
@@ -71,12 +68,10 @@ protected:
                             std::filesystem::copy_options::recursive);
   }
 
-  /// Where the manager finds a staged plugin's library.
   std::string PluginPath(std::string const& name) const {
     return fPluginDir + "/" + name + "/lib" + name + ".pi.so";
   }
 
-  /// Loads the shared schema, stages the plugins and loads them all.
   void LoadPlugins(std::vector<std::string> const& names) {
     LoadSharedSchema();
     StagePlugins(names);
@@ -93,27 +88,23 @@ protected:
     return dynamic_cast<TCPluginCallbacks*>(plugin->GetCallbacks());
   }
 
-  /// Ends a plugin as a host does (DeInit, then PrepareForUnload, retried once) and drops it
-  /// from the manager.
+  /// Ends a plugin as a host does (DeInit, then PrepareForUnload, retried once) and drops it.
   void EndPlugin(IPlugin* plugin) {
-    IPluginCallbacks* callbacks = plugin->GetCallbacks();
     try {
-      callbacks->DeInit();
+      plugin->GetCallbacks()->DeInit();
     } catch (TZELException&) {
     }
     try {
-      callbacks->PrepareForUnload();
+      plugin->GetCallbacks()->PrepareForUnload();
     } catch (TZELException&) {
-      callbacks->PrepareForUnload();
+      plugin->GetCallbacks()->PrepareForUnload();
     }
     fManager->GetPluginsContainer().remove_if(
         [&](boost::shared_ptr<IPlugin> const& p) { return p.get() == plugin; });
   }
 
   std::vector<TCIMInstance*> Instances(std::string const& className) {
-    TCIMClass* cls = fSchema->FindClass(className);
-    EXPECT_NE(cls, nullptr) << className << " is not in the schema";
-    return cls ? cls->EnumerateInstances(false) : std::vector<TCIMInstance*>();
+    return fSchema->GetClass(className)->EnumerateInstances(false);
   }
 
   static std::string StringQualifier(TCIMClass* cls, std::string const& name) {
@@ -121,7 +112,6 @@ protected:
     return qualifier ? static_cast<std::string>(qualifier->GetValue()) : "(absent)";
   }
 
-  /// The log lines that contain text.
   std::vector<std::string> LinesWith(std::string const& text) const {
     std::vector<std::string> found;
     for (std::string const& line : LoggedLines())
@@ -130,21 +120,13 @@ protected:
     return found;
   }
 
-  /// Position of an exact log line, or -1.
-  long LinePosition(std::string const& text) const {
-    std::vector<std::string> lines = LoggedLines();
-    std::vector<std::string>::iterator found = std::find(lines.begin(), lines.end(), text);
-    return found == lines.end() ? -1 : found - lines.begin();
-  }
-
   std::string fOldDir;
   std::string fPluginDir; ///< The manager's directory, relative to the current one.
   TPluginManager* fManager = nullptr;
   TContainer* fSchema = nullptr;
 };
 
-/// A plugin written in C++ against the core's interfaces: a host may register such objects
-/// with RegisterPlugin itself. Type 0 reads a document; PrepareForUnload deletes it, as the
+/// A plugin written in C++ that a host registers itself. PrepareForUnload deletes it, as the
 /// C binding does.
 class CppPlugin : public IPluginCallbacks {
 public:
@@ -163,12 +145,11 @@ private:
   int fType;
 };
 
-/// A C++ plugin that collects through a function given by the test.
+/// A C++ plugin of type 0 that collects through a function given by the test.
 class CppQueryPlugin : public CppPlugin, public IPluginBasicQueryCallbacks {
 public:
   typedef std::function<void(TContainer*, std::vector<TCIMClass*>&)> TGetData;
-  CppQueryPlugin(std::string name, TGetData getData)
-      : CppPlugin(name, 0), fGetData(getData) {}
+  CppQueryPlugin(std::string name, TGetData getData) : CppPlugin(name, 0), fGetData(getData) {}
   void GetData(TContainer* container, std::vector<TCIMClass*>& classes) override {
     fGetData(container, classes);
   }

@@ -32,37 +32,15 @@ protected:
 
 TEST_F(CIMXMLParserTest, QualifierDeclarationsKeepTypeDefaultScopeAndFlavor) {
   EXPECT_TRUE(ParseInto(fContainer, DataText("qualifier-declarations.xml")).empty());
-  TNames names;
-  for (TCIMQualifierDecl* decl : fContainer.EnumerateQualifiers())
-    names.push_back(decl->GetName());
-  EXPECT_EQ(names, (TNames{"ABSTRACT", "ASSOCIATION", "Colors", "Description", "KEY", "MaxLen",
-                           "OVERRIDE", "ValueMap"}));
-
-  TCIMQualifierDecl* key = fContainer.GetQualifierDecl("key");
-  EXPECT_EQ(key->GetType(), TCIMValue::TCIMType::kBoolean);
-  EXPECT_FALSE(static_cast<bool>(key->GetValue()));
-  EXPECT_EQ(key->GetScope(), 4 + 8);
-  EXPECT_EQ(key->GetFlavor(), 2);
-
-  // PROPERTY="false" still scopes to properties; the repeated declaration was ignored.
-  TCIMQualifierDecl* maxLen = fContainer.GetQualifierDecl("MaxLen");
-  EXPECT_EQ(maxLen->GetScope(), 4);
-  EXPECT_EQ(maxLen->GetFlavor(), 1 + 2);
-  EXPECT_EQ(static_cast<unsigned int>(maxLen->GetValue()), 256u);
-
-  EXPECT_EQ(fContainer.GetQualifierDecl("Description")->GetFlavor(), 1 + 2 + 4);
-  EXPECT_EQ(fContainer.GetQualifierDecl("ABSTRACT")->GetScope(), 1 + 2);
-  EXPECT_TRUE(fContainer.GetQualifierDecl("Description")->GetValue().IsNull());
-  EXPECT_EQ(fContainer.GetQualifierDecl("Description")->GetType(), TCIMValue::TCIMType::kString);
-
-  TCIMQualifierDecl* valueMap = fContainer.GetQualifierDecl("ValueMap");
-  EXPECT_TRUE(valueMap->IsArray());
-  EXPECT_TRUE(valueMap->GetValue().IsNull());
-
-  TCIMValue colors = fContainer.GetQualifierDecl("Colors")->GetValue();
-  EXPECT_TRUE(colors.IsArray());
-  EXPECT_EQ(colors.GetMaxArraySize(), 3u);
-  EXPECT_EQ(colors.ToString(10), "{ red, green, blue }");
+  // MaxLen: PROPERTY="false" still scopes to properties; the repeated declaration was ignored.
+  EXPECT_EQ(Describe(fContainer), "decl ABSTRACT 1:false scope 3 flavor 0 max 0\n"
+                                  "decl ASSOCIATION 1:false scope 2 flavor 2 max 0\n"
+                                  "decl Colors 29:{ red, green, blue } scope 1 flavor 0 array max 3\n"
+                                  "decl Description NULL(13) scope 5 flavor 7 max 0\n"
+                                  "decl KEY 1:false scope 12 flavor 2 max 0\n"
+                                  "decl MaxLen 6:256 scope 4 flavor 3 max 0\n"
+                                  "decl OVERRIDE NULL(13) scope 12 flavor 0 max 0\n"
+                                  "decl ValueMap NULL(29) scope 4 flavor 3 array max 0\n");
 }
 
 TEST_F(CIMXMLParserTest, ClassHierarchyInheritsAndOverrides) {

@@ -1,24 +1,8 @@
 /* A plugin that fails half-way: one instance, then a failing status. zelcollect must report
  * it, keep what the other plugins collected, and exit with 1. */
-#include "zelcore.h"
+#include "../../plugins/testplugins/testplugin.h"
 
-#include <stddef.h>
-
-static TCPluginCallbacks* gSelf;
-
-static zelPluginInfo GetInfo(TCPluginCallbacks* self) {
-  zelPluginInfo info = {"Broken", "0.1", "1.0", 0, 0};
-  (void)self;
-  return info;
-}
-
-static zelStatusCode Nothing(TCPluginCallbacks* self) {
-  (void)self;
-  return zelStatusOK;
-}
-
-static zelStatusCode GetData(TCPluginCallbacks* self, zelIOHandle* io, const char** classNames,
-                             int classCount) {
+GET_DATA(GetData) {
   (void)self;
   (void)classNames;
   (void)classCount;
@@ -29,7 +13,5 @@ static zelStatusCode GetData(TCPluginCallbacks* self, zelIOHandle* io, const cha
   return zelStatusFail;
 }
 
-__attribute__((constructor)) static void Register(void) {
-  zelPluginCallbacks callbacks = {NULL, Nothing, Nothing, GetData, GetInfo, Nothing};
-  zelRegisterPlugin(&callbacks, &gSelf);
-}
+TEST_PLUGIN_INFO(GetInfo, "Broken", "0.1", "1.0", 0)
+TEST_PLUGIN_REGISTER(Nothing, GetData, GetInfo, Nothing)

@@ -1,22 +1,14 @@
 /* A plugin whose Init fails, and whose first PrepareForUnload fails too. */
 #include "testplugin.h"
 
-static TCPluginCallbacks* gSelf;
 static int gUnloadAttempts;
-
-static zelPluginInfo GetInfo(TCPluginCallbacks* self) {
-  zelPluginInfo info = {"KAPLA_BadInit", "1.0", "1.0", 0, 0};
-  (void)self;
-  return info;
-}
 
 static zelStatusCode Init(TCPluginCallbacks* self) {
   TestPluginLog(self, "Init fails");
   return zelStatusNotImplemented;
 }
 
-static zelStatusCode GetData(TCPluginCallbacks* self, zelIOHandle* io, const char** classNames,
-                             int classCount) {
+GET_DATA(GetData) {
   (void)io;
   TestPluginLogGetData(self, classNames, classCount);
   return zelStatusOK;
@@ -27,8 +19,5 @@ static zelStatusCode PrepareForUnload(TCPluginCallbacks* self) {
   return ++gUnloadAttempts == 1 ? zelStatusInvalidOpSequence : zelStatusOK;
 }
 
-__attribute__((constructor)) static void RegisterBadInit(void) {
-  zelPluginCallbacks callbacks = {NULL, Init, TestPluginNothingToDo, GetData, GetInfo,
-                                  PrepareForUnload};
-  zelRegisterPlugin(&callbacks, &gSelf);
-}
+TEST_PLUGIN_INFO(GetInfo, "KAPLA_BadInit", "1.0", "1.0", 0)
+TEST_PLUGIN_REGISTER(Init, GetData, GetInfo, PrepareForUnload)

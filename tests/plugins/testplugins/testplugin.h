@@ -1,6 +1,5 @@
-/* What the test plugins share: a formatted status line in their own name, the line that
- * records each GetData call, and the callbacks that have nothing to do. Everything is
- * static: copies of one plugin loaded side by side must not bind to each other. */
+/* What the test plugins share. Everything is static: copies of one plugin loaded side by
+ * side must not bind to each other. */
 #ifndef TESTPLUGIN_H
 #define TESTPLUGIN_H
 
@@ -10,7 +9,9 @@
 #include <stdio.h>
 #include <string.h>
 
-/* One "[Status] " line prefixed with the plugin's name. */
+static TCPluginCallbacks* gSelf;
+
+/* One "[Status] " line in the plugin's name. */
 static inline void TestPluginLog(TCPluginCallbacks* self, const char* format, ...) {
   char line[1024];
   va_list arguments;
@@ -31,16 +32,34 @@ static inline void TestPluginLogGetData(TCPluginCallbacks* self, const char** cl
   zelWriteLog(self, zelLogStatus, line);
 }
 
-static inline zelStatusCode TestPluginNothingToDo(TCPluginCallbacks* self) {
+static inline zelStatusCode Nothing(TCPluginCallbacks* self) {
   (void)self;
   return zelStatusOK;
 }
 
 /* One instance of className whose uint32 key "Id" is id. */
-static inline zelStatusCode TestPluginAddWithId(zelIOHandle* io, const char* className,
-                                                uint32_t id) {
+static inline zelStatusCode AddWithId(zelIOHandle* io, const char* className, uint32_t id) {
   zelStatusCode status = zelAddClass(io, className);
   return status != zelStatusOK ? status : zelAddUint32Property(io, "Id", id);
 }
+
+#define GET_DATA(function)                                                                  \
+  static zelStatusCode function(TCPluginCallbacks* self, zelIOHandle* io,                  \
+                                const char** classNames, int classCount)
+
+#define TEST_PLUGIN_INFO(function, name, version, interfaceVersion, type)                   \
+  static zelPluginInfo function(TCPluginCallbacks* self) {                                  \
+    zelPluginInfo info = {name, version, interfaceVersion, type, 0};                        \
+    (void)self;                                                                             \
+    return info;                                                                            \
+  }
+
+/* Registers the library's plugin while it loads. */
+#define TEST_PLUGIN_REGISTER(init, getData, getInfo, prepareForUnload)                      \
+  __attribute__((constructor)) static void Register(void) {                                 \
+    zelPluginCallbacks callbacks = {NULL, init, Nothing, getData, getInfo,                  \
+                                    prepareForUnload};                                      \
+    zelRegisterPlugin(&callbacks, &gSelf);                                                  \
+  }
 
 #endif

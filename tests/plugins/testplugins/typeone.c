@@ -2,7 +2,6 @@
  * the calls to GetInfo, which shows that nothing is cached. */
 #include "testplugin.h"
 
-static TCPluginCallbacks* gSelf;
 static int gInfoCalls;
 
 static zelPluginInfo GetInfo(TCPluginCallbacks* self) {
@@ -12,14 +11,9 @@ static zelPluginInfo GetInfo(TCPluginCallbacks* self) {
   return info;
 }
 
-static zelStatusCode GetData(TCPluginCallbacks* self, zelIOHandle* io, const char** classNames,
-                             int classCount) {
+GET_DATA(GetData) {
   TestPluginLogGetData(self, classNames, classCount);
-  return TestPluginAddWithId(io, "KAPLA_TypeOne", 1);
+  return AddWithId(io, "KAPLA_TypeOne", 1);
 }
 
-__attribute__((constructor)) static void RegisterTypeOne(void) {
-  zelPluginCallbacks callbacks = {NULL, TestPluginNothingToDo, TestPluginNothingToDo, GetData,
-                                  GetInfo, TestPluginNothingToDo};
-  zelRegisterPlugin(&callbacks, &gSelf);
-}
+TEST_PLUGIN_REGISTER(Nothing, GetData, GetInfo, Nothing)

@@ -4,21 +4,10 @@
 
 zelStatusCode zelTestNoSuchFunction(void);
 
-static TCPluginCallbacks* gSelf;
-
-static zelPluginInfo GetInfo(TCPluginCallbacks* self) {
-  zelPluginInfo info = {"KAPLA_Unresolved", "1.0", "1.0", 0, 0};
-  (void)self;
-  return info;
-}
-
 static zelStatusCode Init(TCPluginCallbacks* self) {
   (void)self;
   return zelTestNoSuchFunction();
 }
 
-__attribute__((constructor)) static void RegisterUnresolved(void) {
-  zelPluginCallbacks callbacks = {NULL, Init, TestPluginNothingToDo, NULL, GetInfo,
-                                  TestPluginNothingToDo};
-  zelRegisterPlugin(&callbacks, &gSelf);
-}
+TEST_PLUGIN_INFO(GetInfo, "KAPLA_Unresolved", "1.0", "1.0", 0)
+TEST_PLUGIN_REGISTER(Init, NULL, GetInfo, Nothing)
