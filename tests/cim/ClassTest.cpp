@@ -1,6 +1,5 @@
 // Classes: inheritance of declarations and qualifiers, the override rules, keys, abstract
 // classes, subclasses, instances by path and the association lookups.
-#include "ZelTest.h"
 #include "helpers.h"
 
 typedef std::vector<TCIMClass*> TClasses;
@@ -22,13 +21,11 @@ TEST_F(ClassTest, SubclassesShareDeclarationsAndInheritToSubclassQualifiers) {
 
   TCIMQualifier& own = fElement->GetQualifier("Description");
   TCIMQualifier& copied = fSubDisk->GetQualifier("Description");
-  EXPECT_NE(&own, &copied);
   EXPECT_FALSE(own.GetPropagated());
   EXPECT_TRUE(copied.GetPropagated());
   EXPECT_EQ("root of all", static_cast<std::string>(copied.GetValue()));
   EXPECT_EQ(nullptr, fDevice->FindQualifier("ABSTRACT")); // Not tosubclass.
-  EXPECT_TRUE(fElement->IsAbstract());
-  EXPECT_FALSE(fDevice->IsAbstract());
+  EXPECT_TRUE(fElement->IsAbstract() && !fDevice->IsAbstract());
 
   Property(*fDisk, "Late", TCIMValue(1u)); // Existing subclasses copied the map earlier.
   EXPECT_EQ(nullptr, fSubDisk->FindPropertyDecl("Late"));
@@ -152,7 +149,7 @@ TEST_F(ClassTest, PropertyDeclarationLookups) {
   EXPECT_ZEL_THROW(fSubDisk->RemovePropertyDecl(stranger), zelStatusNotFound);
 }
 
-TEST_F(ClassTest, ReferencesFindTheAssociationClasses) {
+TEST_F(ClassTest, ReferencesAndAssociatorsFindTheAssociationClasses) {
   EXPECT_TRUE(fLink->IsAssociation());
   EXPECT_EQ(TClasses{fLink}, fSystem->References("", ""));
   EXPECT_EQ(1u, fSystem->References("Zel_SystemDevice", "Owner").size());
@@ -165,9 +162,7 @@ TEST_F(ClassTest, ReferencesFindTheAssociationClasses) {
   EXPECT_EQ(1u, fSubDisk->References("", "").size());
   EXPECT_TRUE(fSubDisk->References("", "Part").empty());
   EXPECT_TRUE(fDevice->References("", "").empty()); // Recorded where the reference points.
-}
 
-TEST_F(ClassTest, AssociatorsGiveTheOtherEnds) {
   EXPECT_EQ(TClasses{fDisk}, fSystem->Associators("Zel_SystemDevice", "", "", ""));
   EXPECT_EQ(TClasses{fDisk}, fSystem->Associators("", "Zel_Device", "Owner", ""));
   EXPECT_EQ(TClasses{fDisk}, fSystem->Associators("", "", "", "Part"));

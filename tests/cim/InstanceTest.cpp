@@ -1,78 +1,66 @@
 // Instances: properties made from the class, the collection stamp, key validation, paths,
 // equality and order, and the association lookups between instances.
-#include "ZelTest.h"
 #include "helpers.h"
 
-#include "TCIMProperty.h"
-
-class InstanceTest : public ZelTest {
+class InstanceTest : public SchemaTest {
 protected:
-  InstanceTest() {
-    DeclareStandardQualifiers(fContainer);
-    fSystem = &NewClass(fContainer, "Zel_System");
-    Property(*fSystem, "Name", TCIMValue(T::kString, 0), true);
-    Property(*fSystem, "Id", TCIMValue(T::kUint32, 0), true);
-    Property(*fSystem, "Caption", TCIMValue("unnamed"));
-    fSystem->AddToContainer();
-    fComputer = &NewClass(fContainer, "Zel_Computer", fSystem);
-    Property(*fComputer, "DateTimeOfCollection", TCIMValue(T::kDateTime, 0));
-    fComputer->AddToContainer();
+  InstanceTest() : fMixed(NewClass(fContainer, "Zel_Mixed")) {
+    Property(*fDisk, "DateTimeOfCollection", TCIMValue(T::kDateTime, 0));
+    Property(fMixed, "alpha", TCIMValue(T::kString, 0), true);
+    Property(fMixed, "Beta", TCIMValue(T::kUint32, 0), true);
+    fMixed.AddToContainer();
   }
 
-  static void SetKeys(TCIMInstance& instance, const std::string& name, unsigned int id) {
-    instance.SetPropertyValue("name", TCIMValue(name));
-    instance.SetPropertyValue("ID", TCIMValue(id));
+  TCIMInstance* Mixed(const std::string& alpha) {
+    TCIMInstance* instance = fContainer.AllocateInstance(&fMixed);
+    instance->SetPropertyValue("Alpha", TCIMValue(alpha));
+    return instance;
   }
 
-  TContainer fContainer;
-  TCIMClass* fSystem;
-  TCIMClass* fComputer;
+  TCIMClass& fMixed;
 };
 
 TEST_F(InstanceTest, HoldsOnePropertyPerDeclarationAndIsStamped) {
-  TCIMInstance computer(fComputer);
-  EXPECT_EQ((TNames{"Caption", "DateTimeOfCollection", "Id", "Name"}),
-            Names(computer.EnumerateProperties()));
-  TCIMValue stamp = computer.GetProperty("datetimeofcollection").GetValue();
+  TCIMInstance disk(fDisk);
+  EXPECT_EQ((TNames{"Caption", "DateTimeOfCollection", "Name", "Size"}),
+            Names(disk.EnumerateProperties()));
+  TCIMValue stamp = disk.GetProperty("datetimeofcollection").GetValue();
   ASSERT_FALSE(stamp.IsNull());
   EXPECT_EQ(T::kDateTime, stamp.GetType());
   EXPECT_EQ(25u, stamp.ToString(10).size());
 
-  TCIMInstance system(fSystem);
-  EXPECT_EQ(nullptr, system.FindProperty("DateTimeOfCollection"));
-  EXPECT_ZEL_THROW(system.GetProperty("DateTimeOfCollection"), zelStatusNotFound);
-  EXPECT_ZEL_THROW(system.SetPropertyValue("Missing", TCIMValue(1u)), zelStatusNotFound);
-  EXPECT_ZEL_THROW(system.SetPrevPropertyValue("Missing"), zelStatusNotFound);
-  EXPECT_ZEL_THROW(system.SetPrevPropertyValue("Missing", TCIMValue(1u)), zelStatusNotFound);
-  EXPECT_ZEL_THROW(system.SetPropertyValue("Id", TCIMValue(1)), zelStatusTypeMismatch);
-  EXPECT_ZEL_THROW((void)TCIMInstance(system, *fSystem), zelStatusNotImplemented);
+  TCIMInstance device(fDevice);
+  EXPECT_EQ(nullptr, device.FindProperty("DateTimeOfCollection"));
+  EXPECT_ZEL_THROW(device.GetProperty("DateTimeOfCollection"), zelStatusNotFound);
+  EXPECT_ZEL_THROW(device.SetPropertyValue("Missing", TCIMValue(1u)), zelStatusNotFound);
+  EXPECT_ZEL_THROW(device.SetPrevPropertyValue("Missing"), zelStatusNotFound);
+  EXPECT_ZEL_THROW(device.SetPrevPropertyValue("Missing", TCIMValue(1u)), zelStatusNotFound);
+  EXPECT_ZEL_THROW(device.SetPropertyValue("Name", TCIMValue(1)), zelStatusTypeMismatch);
+  EXPECT_ZEL_THROW((void)TCIMInstance(device, *fDevice), zelStatusNotImplemented);
 }
 
 TEST_F(InstanceTest, SettersReachTheNamedProperty) {
-  TCIMInstance system(fSystem);
-  system.SetPrevPropertyValue("CAPTION", TCIMValue("old"));
-  EXPECT_EQ("old", static_cast<std::string>(system.GetProperty("Caption").GetPrevValue()));
-  system.SetPrevPropertyValue("caption");
-  EXPECT_TRUE(system.GetProperty("Caption").GetPrevValue().IsNull());
+  TCIMInstance device(fDevice);
+  device.SetPrevPropertyValue("CAPTION", TCIMValue("old"));
+  EXPECT_EQ("old", static_cast<std::string>(device.GetProperty("Caption").GetPrevValue()));
+  device.SetPrevPropertyValue("caption");
+  EXPECT_TRUE(device.GetProperty("Caption").GetPrevValue().IsNull());
 
-  TCIMProperty replacement(fSystem->GetPropertyDecl("Caption"), TCIMValue("new"));
-  system.SetProperty(replacement);
-  TCIMProperty& held = system.GetProperty("caption");
+  TCIMProperty replacement(fDevice->GetPropertyDecl("Caption"), TCIMValue("new"));
+  device.SetProperty(replacement);
+  TCIMProperty& held = device.GetProperty("caption");
   EXPECT_NE(&held, &replacement);
   EXPECT_EQ("new", static_cast<std::string>(held.GetValue()));
   EXPECT_FALSE(held.IsPrevValueDifferent()); // The whole property was replaced.
-
-  TCIMClass& other = KeyedClass(fContainer, "Zel_Other");
-  TCIMPropertyDecl& foreign = Property(other, "Foreign", TCIMValue(1u));
-  EXPECT_ZEL_THROW(system.SetProperty(TCIMProperty(foreign)), zelStatusNotFound);
+  EXPECT_ZEL_THROW(device.SetProperty(TCIMProperty(fDisk->GetPropertyDecl("Size"))),
+                   zelStatusNotFound);
 }
 
 TEST_F(InstanceTest, KeysMustBeSetOutsideDiffContainers) {
-  TCIMInstance* partial = fContainer.AllocateInstance(fSystem);
-  partial->SetPropertyValue("Name", TCIMValue("a"));
+  TCIMInstance* partial = Mixed("a");
   EXPECT_ZEL_THROW(partial->AddToContainer(), zelStatusInvalidInstance);
-  EXPECT_LOGGED("ZEL_Core: [Error] Instance Zel_System: key property Id is NULL");
-  EXPECT_TRUE(fSystem->EnumerateInstances(false).empty());
+  EXPECT_LOGGED("ZEL_Core: [Error] Instance Zel_Mixed: key property Beta is NULL");
+  EXPECT_TRUE(fMixed.EnumerateInstances(false).empty());
   delete partial;
 
   TCIMClass& defaulted = NewClass(fContainer, "Zel_Defaulted");
@@ -91,39 +79,27 @@ TEST_F(InstanceTest, KeysMustBeSetOutsideDiffContainers) {
 }
 
 TEST_F(InstanceTest, FiledUnderTheBuiltPathWhateverTheKeyNames) {
-  TCIMInstance* computer = fContainer.AllocateInstance(fComputer);
-  SetKeys(*computer, "host \"one\"", 42);
-  computer->AddToContainer();
-  EXPECT_EQ("Zel_Computer.Id=\"42\",Name=\"host \"one\"\"", computer->BuildPath().GetPath());
-  EXPECT_EQ(computer, fComputer->FindInstance(computer->BuildPath()));
-
   // Bindings sort by the declared names: Beta before alpha, unlike their normalised forms.
-  TCIMClass& mixed = NewClass(fContainer, "Zel_Mixed");
-  Property(mixed, "alpha", TCIMValue(T::kString, 0), true);
-  Property(mixed, "Beta", TCIMValue(T::kUint32, 0), true);
-  mixed.AddToContainer();
-  TCIMInstance* instance = fContainer.AllocateInstance(&mixed);
-  instance->SetPropertyValue("Alpha", TCIMValue("x"));
-  instance->SetPropertyValue("beta", TCIMValue(2u));
+  TCIMInstance* instance = Mixed("host \"one\"");
+  instance->SetPropertyValue("beta", TCIMValue(42u));
   instance->AddToContainer();
   TCIMReference path = instance->BuildPath();
-  EXPECT_EQ("Zel_Mixed.Beta=\"2\",alpha=\"x\"", path.GetPath());
-  EXPECT_EQ(instance, mixed.FindInstance(path));
-  mixed.RemoveInstance(*instance);
-  EXPECT_TRUE(mixed.EnumerateInstances(false).empty());
+  EXPECT_EQ("Zel_Mixed.Beta=\"42\",alpha=\"host \"one\"\"", path.GetPath());
+  EXPECT_EQ(instance, fMixed.FindInstance(path));
+  fMixed.RemoveInstance(*instance);
+  EXPECT_TRUE(fMixed.EnumerateInstances(false).empty());
 
   // A declaration renamed after it was filed: new instances know it by its new name.
-  fSystem->GetPropertyDecl("Caption").SetName("Label");
-  TCIMInstance renamed(fSystem);
+  fDevice->GetPropertyDecl("Caption").SetName("Label");
+  TCIMInstance renamed(fDevice);
   EXPECT_EQ(nullptr, renamed.FindProperty("Caption"));
-  EXPECT_EQ("unnamed", static_cast<std::string>(renamed.GetProperty("label").GetValue()));
+  EXPECT_EQ("none", static_cast<std::string>(renamed.GetProperty("label").GetValue()));
 }
 
 TEST_F(InstanceTest, EqualityByPropertiesOrderByClassIdentity) {
-  TCIMInstance a(fSystem), b(fSystem), c(fComputer);
-  SetKeys(a, "a", 1);
-  SetKeys(b, "a", 1);
-  SetKeys(c, "a", 1);
+  TCIMInstance a(fDevice), b(fDevice), c(fSubDisk);
+  for (TCIMInstance* instance : {&a, &b, &c})
+    instance->SetPropertyValue("Name", TCIMValue("a"));
   EXPECT_TRUE(a == b);
   EXPECT_FALSE(a < b || b < a);
   b.SetPropertyValue("Caption", TCIMValue("changed"));
@@ -131,7 +107,7 @@ TEST_F(InstanceTest, EqualityByPropertiesOrderByClassIdentity) {
   EXPECT_FALSE(a < b); // Properties take no part in the order.
   EXPECT_FALSE(a == c);
   EXPECT_NE(a < c, c < a);
-  EXPECT_EQ(fSystem < fComputer, a < c);
+  EXPECT_EQ(fDevice < fSubDisk, a < c);
 }
 
 // Systems host and other, disks sda and sdb (and a sub-disk), linked host-sda, host-sdb and

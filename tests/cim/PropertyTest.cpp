@@ -1,8 +1,5 @@
 // Properties: own and previous values, defaults, and the type and referenced-class checks.
-#include "ZelTest.h"
 #include "helpers.h"
-
-#include "TCIMProperty.h"
 
 class PropertyTest : public SchemaTest {
 protected:
@@ -57,7 +54,7 @@ TEST_F(PropertyTest, TypesMustMatchExactly) {
   TCIMProperty bytes(*fBytes);
   EXPECT_ZEL_THROW(bytes.SetValue(TCIMValue((unsigned char)1)), zelStatusTypeMismatch);
   EXPECT_LOGGED("ZEL_Core: [Error] SetValue: decl is type uint8 but value is type uint8");
-  bytes.SetValue(TCIMValue(T::kUint8, 4, {TCIMValue((unsigned char)1), TCIMValue((unsigned char)255)}));
+  bytes.SetValue(TCIMValue(T::kUint8, 4, {(unsigned char)1, (unsigned char)255}));
   EXPECT_EQ("{ 1, 255 }", bytes.GetValue().ToString(10));
 }
 

@@ -5,6 +5,7 @@
 
 #include "TCIMClass.h"
 #include "TCIMInstance.h"
+#include "TCIMProperty.h"
 #include "TCIMPropertyDecl.h"
 #include "TCIMQualifier.h"
 #include "TCIMQualifierDecl.h"

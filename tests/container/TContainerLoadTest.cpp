@@ -1,7 +1,6 @@
 // Loading a container from real files, plain and gzip (made here with zlib), and every way
 // that can fail.
 #include "../cim/helpers.h"
-#include "ZelTest.h"
 
 #include <fstream>
 #include <zlib.h>
@@ -31,8 +30,7 @@ protected:
   std::string WriteGzip(std::string const& name, std::string const& contents) const {
     std::string path = TempPath(name);
     gzFile file = gzopen(path.c_str(), "wb");
-    EXPECT_EQ(gzwrite(file, contents.data(), static_cast<unsigned>(contents.size())),
-              static_cast<int>(contents.size()));
+    gzwrite(file, contents.data(), static_cast<unsigned>(contents.size()));
     gzclose(file);
     return path;
   }
