@@ -1,6 +1,5 @@
 // Qualifier declarations, qualifiers, and the override rule that classes and property
 // declarations share.
-#include "ZelTest.h"
 #include "helpers.h"
 
 #include <functional>
@@ -11,29 +10,23 @@ protected:
   TContainer fContainer;
 };
 
-TEST_F(QualifierTest, DeclarationStoresWhatItWasGiven) {
+TEST_F(QualifierTest, DeclarationFlavorsAndType) {
   TCIMQualifierDecl empty(fContainer);
   EXPECT_EQ("", empty.GetName());
   EXPECT_EQ(0, empty.GetScope());
   EXPECT_EQ(0, empty.GetFlavor());
-  EXPECT_TRUE(empty.GetValue().IsNull());
   EXPECT_NO_THROW(empty.Validate());
 
-  TCIMQualifierDecl units(fContainer, "Units", TCIMValue(T::kString, 3),
-                          static_cast<D::EScope>(D::eProperty | D::eReference),
+  TCIMQualifierDecl units(fContainer, "Units", TCIMValue(T::kString, 3), D::eProperty,
                           Flavors(D::eTranslatable));
-  EXPECT_EQ(D::eProperty | D::eReference, units.GetScope());
   EXPECT_EQ(T::kString | T::kArray, units.GetType());
   EXPECT_TRUE(units.IsArray());
-  EXPECT_EQ(&fContainer, &units.GetContainer());
   units.SetFlavor(Flavors(D::eOverridable | D::eToSubclass));
   EXPECT_EQ(D::eOverridable | D::eToSubclass | D::eTranslatable, units.GetFlavor());
   units.UnsetFlavor(Flavors(D::eTranslatable | D::eOverridable));
   EXPECT_EQ(D::eToSubclass, units.GetFlavor());
   units.SetValue(TCIMValue("Bytes"));
   EXPECT_EQ(T::kString, units.GetType());
-  units.SetName("UNITS");
-  EXPECT_EQ("UNITS", units.GetName());
 }
 
 TEST_F(QualifierTest, DeclarationsCompareByNormalisedNameOnly) {
@@ -47,34 +40,26 @@ TEST_F(QualifierTest, DeclarationsCompareByNormalisedNameOnly) {
   EXPECT_TRUE(key < longer); // A proper prefix orders first.
 
   TCIMQualifier a(key, TCIMValue(true));
-  TCIMQualifier b(upper, TCIMValue(false));
   TCIMQualifier c(abstract, TCIMValue(true));
-  EXPECT_TRUE(a == b);
+  EXPECT_TRUE(a == TCIMQualifier(upper, TCIMValue(false)));
   EXPECT_TRUE(c < a);
-  EXPECT_FALSE(a < c);
 }
 
 TEST_F(QualifierTest, QualifierTakesFlavorsAndCopiesDeeply) {
   TCIMQualifierDecl& description = *fContainer.GetQualifierDecl("Description");
   TCIMQualifier inherited(description, TCIMValue("text"));
   EXPECT_EQ(D::eOverridable | D::eToSubclass, inherited.GetFlavor());
-  EXPECT_EQ("Description", inherited.GetName());
-  EXPECT_EQ(&description, &inherited.GetDeclaration());
   EXPECT_FALSE(inherited.GetPropagated());
 
   TCIMQualifier own(description, TCIMValue((unsigned char)5), Flavors(D::eTranslatable));
   EXPECT_EQ(D::eTranslatable, own.GetFlavor());
   EXPECT_EQ(T::kUint8, own.GetType()); // Its own value's type, unchecked against the string.
-  EXPECT_FALSE(own.IsArray());
 
   inherited.SetPropagated(true);
   TCIMQualifier copy(inherited);
   EXPECT_TRUE(copy.GetPropagated());
-  EXPECT_NE(copy.GetBody(), inherited.GetBody());
   copy.SetValue(TCIMValue("changed"));
   EXPECT_EQ("text", static_cast<std::string>(inherited.GetValue()));
-  EXPECT_FALSE(copy.GetPropagated());
-
   own = inherited;
   EXPECT_NE(own.GetBody(), inherited.GetBody());
   EXPECT_EQ("text", static_cast<std::string>(own.GetValue()));
@@ -94,65 +79,44 @@ TEST_F(QualifierTest, EveryChangeClearsThePropagatedMark) {
   }
 }
 
-// The same rule, on a class and on a property declaration.
-static void CheckOverrideRule(ICIMAllowQualifiers& holder, TContainer& container) {
-  TCIMQualifierDecl& key = *container.GetQualifierDecl("KEY");
-  TCIMQualifier* first = new TCIMQualifier(key, TCIMValue(true));
-  holder.AddQualifier(*first);
-  EXPECT_EQ(first, &holder.GetQualifier("key")); // The very object, not a copy.
+TEST_F(QualifierTest, ClassesAndPropertyDeclarationsApplyTheOverrideRule) {
+  TCIMClass cls(fContainer, "Zel_Holder", 0);
+  ICIMAllowQualifiers* holders[] = {&cls, &Property(cls, "Name", TCIMValue(T::kString, 0))};
+  TCIMQualifierDecl& key = *fContainer.GetQualifierDecl("KEY");
+  TCIMQualifierDecl& description = *fContainer.GetQualifierDecl("Description");
+  for (ICIMAllowQualifiers* holder : holders) {
+    SCOPED_TRACE(holder == &cls ? "class" : "property declaration");
+    TCIMQualifier* first = new TCIMQualifier(key, TCIMValue(true));
+    holder->AddQualifier(*first);
+    EXPECT_EQ(first, &holder->GetQualifier("key")); // The very object, not a copy.
+    TCIMQualifier same(key, TCIMValue(true));
+    EXPECT_NO_THROW(holder->AddQualifier(same)); // Accepted without change; still ours.
+    EXPECT_EQ(first, &holder->GetQualifier("Key"));
+    TCIMQualifier other(key, TCIMValue(false));
+    EXPECT_ZEL_THROW(holder->AddQualifier(other), zelStatusNotOverridable);
+    TCIMQualifier extraFlavor(key, TCIMValue(true), Flavors(D::eToSubclass | D::eTranslatable));
+    EXPECT_ZEL_THROW(holder->AddQualifier(extraFlavor), zelStatusNotOverridable);
+    EXPECT_EQ(first, &holder->GetQualifier("KEY"));
 
-  TCIMQualifier same(key, TCIMValue(true));
-  EXPECT_NO_THROW(holder.AddQualifier(same)); // Accepted without change; still ours.
-  EXPECT_EQ(first, &holder.GetQualifier("Key"));
+    holder->AddQualifier(*new TCIMQualifier(description, TCIMValue("a")));
+    TCIMQualifier* locked = new TCIMQualifier(description, TCIMValue("b"), Flavors(0));
+    holder->AddQualifier(*locked); // Replaces the overridable one.
+    TCIMQualifier late(description, TCIMValue("c"), Flavors(D::eOverridable));
+    EXPECT_ZEL_THROW(holder->AddQualifier(late), zelStatusNotOverridable);
+    EXPECT_EQ((std::vector<TCIMQualifier*>{locked, first}), holder->EnumerateQualifiers());
 
-  TCIMQualifier other(key, TCIMValue(false));
-  EXPECT_ZEL_THROW(holder.AddQualifier(other), zelStatusNotOverridable);
-  TCIMQualifier extraFlavor(key, TCIMValue(true), Flavors(D::eToSubclass | D::eTranslatable));
-  EXPECT_ZEL_THROW(holder.AddQualifier(extraFlavor), zelStatusNotOverridable);
-  EXPECT_EQ(first, &holder.GetQualifier("KEY"));
-
-  TCIMQualifierDecl& description = *container.GetQualifierDecl("Description");
-  holder.AddQualifier(*new TCIMQualifier(description, TCIMValue("a")));
-  TCIMQualifier* locked = new TCIMQualifier(description, TCIMValue("b"), Flavors(0));
-  holder.AddQualifier(*locked); // Replaces the overridable one.
-  EXPECT_EQ(locked, &holder.GetQualifier("description"));
-  TCIMQualifier late(description, TCIMValue("c"), Flavors(D::eOverridable));
-  EXPECT_ZEL_THROW(holder.AddQualifier(late), zelStatusNotOverridable);
-
-  std::vector<TCIMQualifier*> all = holder.EnumerateQualifiers();
-  ASSERT_EQ(2u, all.size());
-  EXPECT_EQ(locked, all[0]);
-  EXPECT_EQ(first, all[1]);
-
-  EXPECT_ZEL_THROW(holder.GetQualifier("Missing"), zelStatusNotFound);
-  TCIMQualifier probe(key, TCIMValue(false));
-  holder.RemoveQualifier(probe); // Removes the held one of that name.
-  EXPECT_ZEL_THROW(holder.GetQualifier("KEY"), zelStatusNotFound);
-  EXPECT_ZEL_THROW(holder.RemoveQualifier(probe), zelStatusNotFound);
-  EXPECT_EQ(1u, holder.EnumerateQualifiers().size());
-}
-
-TEST_F(QualifierTest, ClassesApplyTheOverrideRule) {
-  TCIMClass& cls = NewClass(fContainer, "Zel_Holder");
-  CheckOverrideRule(cls, fContainer);
-  EXPECT_TRUE(cls.FindQualifier("Description"));
-  EXPECT_EQ(nullptr, cls.FindQualifier("Key"));
-  delete &cls;
-}
-
-TEST_F(QualifierTest, PropertyDeclarationsApplyTheOverrideRule) {
-  TCIMClass& cls = NewClass(fContainer, "Zel_Holder");
-  TCIMPropertyDecl& decl = Property(cls, "Name", TCIMValue(T::kString, 0));
-  CheckOverrideRule(decl, fContainer);
-  EXPECT_TRUE(decl.FindQualifier("DESCRIPTION"));
-  delete &cls;
+    EXPECT_ZEL_THROW(holder->GetQualifier("Missing"), zelStatusNotFound);
+    TCIMQualifier probe(key, TCIMValue(false));
+    holder->RemoveQualifier(probe); // Removes the held one of that name.
+    EXPECT_ZEL_THROW(holder->GetQualifier("KEY"), zelStatusNotFound);
+    EXPECT_ZEL_THROW(holder->RemoveQualifier(probe), zelStatusNotFound);
+    EXPECT_EQ(1u, holder->EnumerateQualifiers().size());
+  }
 }
 
 TEST_F(QualifierTest, ScopeIsNeverChecked) {
-  TCIMQualifierDecl& classOnly = Declare(fContainer, "ClassOnly", TCIMValue(true), 0);
-  ASSERT_EQ(D::eClass, classOnly.GetScope());
-  TCIMClass& cls = NewClass(fContainer, "Zel_Holder");
+  ASSERT_EQ(D::eClass, Declare(fContainer, "ClassOnly", TCIMValue(true), 0).GetScope());
+  TCIMClass cls(fContainer, "Zel_Holder", 0);
   TCIMPropertyDecl& decl = Property(cls, "Name", TCIMValue(T::kString, 0));
   EXPECT_NO_THROW(Qualify(decl, fContainer, "ClassOnly", TCIMValue(true)));
-  delete &cls;
 }

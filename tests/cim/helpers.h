@@ -1,22 +1,25 @@
-// Schema builders shared by the object-model and container tests: qualifier declarations,
-// classes with keys, hierarchies and associations, all made through the container's
-// factories and owned by it.
+// Schema builders shared by the object-model and container tests; every object is made
+// through the container's factories and owned by the schema once added.
 #ifndef CIM_HELPERS_H
 #define CIM_HELPERS_H
 
 #include "TCIMClass.h"
 #include "TCIMInstance.h"
+#include "TCIMProperty.h"
 #include "TCIMPropertyDecl.h"
 #include "TCIMQualifier.h"
 #include "TCIMQualifierDecl.h"
 #include "TCIMReference.h"
 #include "TCIMValue.h"
 #include "TContainer.h"
+#include "ZelTest.h"
 
 #include <string>
+#include <vector>
 
 typedef TCIMValue::TCIMType T;
 typedef TCIMQualifierDecl D;
+typedef std::vector<std::string> TNames;
 
 inline D::EFlavor Flavors(unsigned int bits) { return static_cast<D::EFlavor>(bits); }
 
@@ -41,21 +44,20 @@ inline void DeclareStandardQualifiers(TContainer& container) {
   Declare(container, "Description", TCIMValue(""), D::eOverridable | D::eToSubclass);
 }
 
-/// Attaches a new heap qualifier with the declaration's flavors; the holder owns it.
+/// Attaches a new qualifier with the declaration's flavors; the holder owns it.
 inline TCIMQualifier& Qualify(ICIMAllowQualifiers& holder, TContainer& container,
                               const std::string& name, const TCIMValue& value) {
-  TCIMQualifier* qualifier = new TCIMQualifier(*container.GetQualifierDecl(name), value);
-  holder.AddQualifier(*qualifier);
+  holder.AddQualifier(*new TCIMQualifier(*container.GetQualifierDecl(name), value));
   return holder.GetQualifier(name);
 }
 
-/// A new, not yet added class.
+/// A new class, not yet added.
 inline TCIMClass& NewClass(TContainer& container, const std::string& name,
                            TCIMClass* superclass = 0) {
   return *container.AllocateClass(name, superclass);
 }
 
-/// Declares a property in cls (owned by it from then on), a key when asked.
+/// Declares a property in cls (which owns it from then on), a key when asked.
 inline TCIMPropertyDecl& Property(TCIMClass& cls, const std::string& name,
                                   const TCIMValue& value, bool key = false) {
   TCIMPropertyDecl* decl = new TCIMPropertyDecl(name, cls, value);
@@ -65,15 +67,14 @@ inline TCIMPropertyDecl& Property(TCIMClass& cls, const std::string& name,
   return *decl;
 }
 
-/// A reference property of an association pointing at target.
-inline TCIMPropertyDecl& ReferenceProperty(TCIMClass& association, const std::string& name,
-                                           TCIMClass& target, bool key = true) {
+/// A NULL reference value to cls.
+inline TCIMValue Pointing(TCIMClass& cls) {
   TCIMValue value(T::kReference, 0);
-  value.SetReferencedClass(target);
-  return Property(association, name, value, key);
+  value.SetReferencedClass(cls);
+  return value;
 }
 
-/// A class keyed by a string "Name", added to the container.
+/// A class keyed by a string "Name" (unless inherited), added to the container.
 inline TCIMClass& KeyedClass(TContainer& container, const std::string& name,
                              TCIMClass* superclass = 0) {
   TCIMClass& cls = NewClass(container, name, superclass);
@@ -89,13 +90,13 @@ inline TCIMClass& Association(TContainer& container, const std::string& name,
                               const std::string& rightRole, TCIMClass& right) {
   TCIMClass& cls = NewClass(container, name);
   Qualify(cls, container, "ASSOCIATION", TCIMValue(true));
-  ReferenceProperty(cls, leftRole, left);
-  ReferenceProperty(cls, rightRole, right);
+  Property(cls, leftRole, Pointing(left), true);
+  Property(cls, rightRole, Pointing(right), true);
   cls.AddToContainer();
   return cls;
 }
 
-/// An instance of cls named name, added to its class (which owns it).
+/// An instance of cls keyed by Name, added to its class (which owns it).
 inline TCIMInstance& NamedInstance(TCIMClass& cls, const std::string& name) {
   TCIMInstance* instance = cls.GetContainer().AllocateInstance(&cls);
   instance->SetPropertyValue("Name", TCIMValue(name));
@@ -110,5 +111,40 @@ inline TCIMReference PathTo(TCIMClass& cls, const std::string& name) {
   path.AddKeyValue("Name", TCIMValue(name));
   return path;
 }
+
+/// The names of the elements, in order.
+template <class TElement> TNames Names(const std::vector<TElement*>& elements) {
+  TNames names;
+  for (TElement* element : elements)
+    names.push_back(element->GetName());
+  return names;
+}
+
+/// Zel_Element (abstract, described) <- Zel_Device (key Name, Caption) <- Zel_Disk (Size)
+/// <- Zel_SubDisk, and the association Zel_SystemDevice from Owner (a Zel_System) to Part
+/// (a Zel_Disk).
+class SchemaTest : public ZelTest {
+protected:
+  SchemaTest() {
+    DeclareStandardQualifiers(fContainer);
+    fElement = &NewClass(fContainer, "Zel_Element");
+    Qualify(*fElement, fContainer, "ABSTRACT", TCIMValue(true));
+    Qualify(*fElement, fContainer, "Description", TCIMValue("root of all"));
+    fElement->AddToContainer();
+    fDevice = &NewClass(fContainer, "Zel_Device", fElement);
+    Property(*fDevice, "Name", TCIMValue(T::kString, 0), true);
+    Property(*fDevice, "Caption", TCIMValue("none"));
+    fDevice->AddToContainer();
+    fDisk = &NewClass(fContainer, "Zel_Disk", fDevice);
+    Property(*fDisk, "Size", TCIMValue(T::kUint64, 0));
+    fDisk->AddToContainer();
+    fSubDisk = &KeyedClass(fContainer, "Zel_SubDisk", fDisk);
+    fSystem = &KeyedClass(fContainer, "Zel_System");
+    fLink = &Association(fContainer, "Zel_SystemDevice", "Owner", *fSystem, "Part", *fDisk);
+  }
+
+  TContainer fContainer;
+  TCIMClass *fElement, *fDevice, *fDisk, *fSubDisk, *fSystem, *fLink;
+};
 
 #endif
