@@ -119,7 +119,10 @@ void TCIMXMLParser::EndElement(const char* name) {
   try {
     if (fStateStack.empty())
       FatalError(kStateCorrupt);
-    boost::shared_ptr<TParseState> top = fStateStack.back();
+    // Taken out of its entry rather than copied (no count to touch): the state pops the
+    // emptied entry itself and lives here until its EndElement has returned.
+    boost::shared_ptr<TParseState> top;
+    top.swap(fStateStack.back());
     top->EndElement(*this, element);
   } catch (TZELException const& e) {
     RethrowWithLine(e, GetCurLine());
