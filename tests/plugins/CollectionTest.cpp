@@ -34,35 +34,27 @@ protected:
   std::unique_ptr<zelIOHandle> fIO;
 };
 
-TEST_F(CollectionTest, NullArguments) {
+TEST_F(CollectionTest, NullArgumentsAndNoOpenInstance) {
   TCIMValue value(true);
   TCIMDateTime dateTime;
   TCIMReference reference(fSchema);
-  zelCIMValueArray* array = nullptr;
-  ASSERT_ZEL_STATUS(zelNewCIMValueArray(&array), zelStatusOK);
-
   // The NULL handle is logged for the core; a missing argument beside a handle, for the
   // handle's plugin, except where the typed functions check on their own.
   EXPECT_ZEL_STATUS(zelAddClass(nullptr, "KAPLA_Processor"), zelStatusFail);
   EXPECT_ZEL_STATUS(zelAddClass(io(), nullptr), zelStatusFail);
   EXPECT_ZEL_STATUS(zelAddProperty(nullptr, "Name", "x"), zelStatusFail);
-  EXPECT_ZEL_STATUS(zelAddProperty(io(), nullptr, "x"), zelStatusFail);
   EXPECT_ZEL_STATUS(zelAddProperty(io(), "Name", nullptr), zelStatusFail);
-  EXPECT_ZEL_STATUS(zelAddCIMValueProperty(nullptr, "Flag", &value), zelStatusFail);
   EXPECT_ZEL_STATUS(zelAddCIMValueProperty(io(), nullptr, &value), zelStatusFail);
   EXPECT_ZEL_STATUS(zelAddUint8Property(nullptr, "U8", 1), zelStatusFail);
-  EXPECT_ZEL_STATUS(zelAddStringProperty(io(), nullptr, "x"), zelStatusFail);
   EXPECT_ZEL_STATUS(zelAddStringProperty(io(), "Text", nullptr), zelStatusFail);
   EXPECT_ZEL_STATUS(zelAddArrayProperty(io(), "Levels", nullptr), zelStatusFail);
-  EXPECT_ZEL_STATUS(zelAddArrayProperty(io(), nullptr, array), zelStatusFail);
-  EXPECT_ZEL_STATUS(zelAddReferenceProperty(io(), "GroupComponent", nullptr), zelStatusFail);
   EXPECT_ZEL_STATUS(zelAddReferenceProperty(io(), nullptr, &reference), zelStatusFail);
-  EXPECT_ZEL_STATUS(zelAddDateTimeProperty(io(), "Stamp", nullptr), zelStatusFail);
   EXPECT_ZEL_STATUS(zelAddDateTimeProperty(io(), nullptr, &dateTime), zelStatusFail);
   EXPECT_ZEL_STATUS(zelGetSystemName(nullptr), zelStatusFail);
   EXPECT_ZEL_STATUS(zelGetSystemCreationClassName(nullptr), zelStatusFail);
-  zelDeleteCIMValueArray(array);
-
+  // The typed functions report through zelAddProperty's text.
+  EXPECT_ZEL_STATUS(zelAddProperty(io(), "MaxClockSpeed", "1"), zelStatusInvalidClass);
+  EXPECT_ZEL_STATUS(zelAddUint32Property(io(), "MaxClockSpeed", 1), zelStatusInvalidClass);
   EXPECT_THAT(
       LoggedLines(),
       ElementsAre(
@@ -70,30 +62,16 @@ TEST_F(CollectionTest, NullArguments) {
           "ZEL_KAPLA_ComputerSystem: [Error] zelAddClass: NULL name parameter",
           "ZEL_Core: [Error] zelAddProperty: NULL zelIOHandle parameter",
           "ZEL_KAPLA_ComputerSystem: [Error] zelAddProperty: NULL name and/or value parameter",
-          "ZEL_KAPLA_ComputerSystem: [Error] zelAddProperty: NULL name and/or value parameter",
-          "ZEL_Core: [Error] zelAddCIMValueProperty: NULL zelIOHandle parameter",
           "ZEL_KAPLA_ComputerSystem: [Error] zelAddCIMValueProperty: NULL name parameter",
           "ZEL_Core: [Error] zelAddCIMValueProperty: NULL zelIOHandle parameter",
           "ZEL_Core: [Error] zelAddStringProperty: NULL value and/or name parameter",
-          "ZEL_Core: [Error] zelAddStringProperty: NULL value and/or name parameter",
-          "ZEL_Core: [Error] zelAddArrayProperty: NULL name and/or pArray parameter",
           "ZEL_Core: [Error] zelAddArrayProperty: NULL name and/or pArray parameter",
           "ZEL_Core: [Error] zelAddReferenceProperty: NULL name and/or pRef parameter",
-          "ZEL_Core: [Error] zelAddReferenceProperty: NULL name and/or pRef parameter",
-          "ZEL_Core: [Error] zelAddDateTimeProperty: NULL name and/or pDateTime parameter",
           "ZEL_Core: [Error] zelAddDateTimeProperty: NULL name and/or pDateTime parameter",
           "ZEL_Core: [Error] zelGetSystemName: NULL name parameter",
-          "ZEL_Core: [Error] zelGetSystemCreationClassName: NULL name parameter"));
-  EXPECT_EQ(io()->fCurrentInstance, nullptr);
-}
-
-TEST_F(CollectionTest, PropertiesNeedAnOpenInstance) {
-  EXPECT_ZEL_STATUS(zelAddProperty(io(), "MaxClockSpeed", "1"), zelStatusInvalidClass);
-  EXPECT_ZEL_STATUS(zelAddUint32Property(io(), "MaxClockSpeed", 1), zelStatusInvalidClass);
-  EXPECT_ZEL_STATUS(zelAddStringProperty(io(), "DeviceID", "CPU0"), zelStatusInvalidClass);
-  EXPECT_THAT(LoggedLines(), ElementsAre("ZEL_Core: [Error] zelAddProperty: no current instance",
-                                         "ZEL_Core: [Error] zelAddProperty: no current instance",
-                                         "ZEL_Core: [Error] zelAddProperty: no current instance"));
+          "ZEL_Core: [Error] zelGetSystemCreationClassName: NULL name parameter",
+          "ZEL_Core: [Error] zelAddProperty: no current instance",
+          "ZEL_Core: [Error] zelAddProperty: no current instance"));
 }
 
 TEST_F(CollectionTest, OpeningAnInstanceCommitsTheOpenOne) {
@@ -163,16 +141,11 @@ TEST_F(CollectionTest, VerboseTraceOnlyAboveTheThreshold) {
   ASSERT_ZEL_STATUS(zelAddClass(io(), "KAPLA_Sample"), zelStatusOK);
   ASSERT_ZEL_STATUS(zelAddProperty(io(), "Parsed", "77"), zelStatusOK);
   ASSERT_ZEL_STATUS(zelAddBooleanProperty(io(), "Flag", 2), zelStatusOK);
-  ASSERT_ZEL_STATUS(zelAddSint16Property(io(), "S16", -5), zelStatusOK);
-  ASSERT_ZEL_STATUS(zelAddUint64Property(io(), "U64", 18446744073709551615ull), zelStatusOK);
   ASSERT_ZEL_STATUS(zelAddStringProperty(io(), "Text", "two words"), zelStatusOK);
   EXPECT_THAT(LoggedLines(),
               ElementsAre("ZEL_KAPLA_ComputerSystem: [Verbose] zelAddClass(KAPLA_Sample)",
                           "ZEL_KAPLA_ComputerSystem: [Verbose] zelAddProperty(Parsed, value=77)",
                           "ZEL_KAPLA_ComputerSystem: [Verbose] zelAdd<>Property(Flag, value=true)",
-                          "ZEL_KAPLA_ComputerSystem: [Verbose] zelAdd<>Property(S16, value=-5)",
-                          "ZEL_KAPLA_ComputerSystem: [Verbose] zelAdd<>Property(U64, "
-                          "value=18446744073709551615)",
                           "ZEL_KAPLA_ComputerSystem: [Verbose] zelAdd<>Property(Text, value=two "
                           "words)"));
 }

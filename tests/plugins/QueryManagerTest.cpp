@@ -70,10 +70,9 @@ TEST_F(QueryManagerTest, TypedValuesReachTheContainer) {
   for (TCIMProperty const* property : Instances("KAPLA_Sample").at(0)->EnumerateProperties())
     if (property->GetName() != "DateTimeOfCollection")
       values += property->GetName() + "=" + property->GetValue().ToString(10) + "\n";
-  EXPECT_EQ(values, "Flag=true\nId=1\nLevels={ 10, 20, 30 }\nParsed=12345\nS16=-32768\n"
-                    "S32=-2147483648\nS64=-9223372036854775808\nS8=-128\n"
-                    "Stamp=20031107153000.000000-300\nText=h\xc3\xa9llo, world\nU16=65535\n"
-                    "U32=4294967295\nU64=18446744073709551615\nU8=255\n");
+  EXPECT_EQ(values, "Flag=true\nId=1\nLevels={ 10, 20, 30 }\nParsed=12345\n"
+                    "S64=-9223372036854775808\nS8=-128\nStamp=20031107153000.000000-300\n"
+                    "Text=h\xc3\xa9llo, world\nU64=18446744073709551615\nU8=255\n");
   EXPECT_EQ(Instances("KAPLA_Sample")[0]->GetProperty("Levels").GetValue().GetType(),
             TCIMValue::TCIMType::kUint16 | TCIMValue::TCIMType::kArray);
   EXPECT_FALSE(Instances("KAPLA_Sample")[0]->GetProperty("DateTimeOfCollection").GetValue().IsNull());

@@ -47,9 +47,20 @@ protected:
     fSchema = fManager->GetSchema();
   }
 
+  // Ends the plugins as a host does (DeInit, then PrepareForUnload, retried once).
   void TearDown() override {
-    while (!fManager->GetPluginsContainer().empty())
-      EndPlugin(fManager->GetPluginsContainer().front().get());
+    for (boost::shared_ptr<IPlugin> const& plugin : fManager->GetPluginsContainer()) {
+      IPluginCallbacks* callbacks = plugin->GetCallbacks();
+      try {
+        callbacks->DeInit();
+      } catch (TZELException&) {
+      }
+      try {
+        callbacks->PrepareForUnload();
+      } catch (TZELException&) {
+        callbacks->PrepareForUnload();
+      }
+    }
     delete TQueryManager::GetInstance();
     TQueryManager::fgInstance = 0;
     delete TPluginManager::GetInstance();
@@ -86,21 +97,6 @@ protected:
 
   static TCPluginCallbacks* Callbacks(IPlugin* plugin) {
     return dynamic_cast<TCPluginCallbacks*>(plugin->GetCallbacks());
-  }
-
-  /// Ends a plugin as a host does (DeInit, then PrepareForUnload, retried once) and drops it.
-  void EndPlugin(IPlugin* plugin) {
-    try {
-      plugin->GetCallbacks()->DeInit();
-    } catch (TZELException&) {
-    }
-    try {
-      plugin->GetCallbacks()->PrepareForUnload();
-    } catch (TZELException&) {
-      plugin->GetCallbacks()->PrepareForUnload();
-    }
-    fManager->GetPluginsContainer().remove_if(
-        [&](boost::shared_ptr<IPlugin> const& p) { return p.get() == plugin; });
   }
 
   std::vector<TCIMInstance*> Instances(std::string const& className) {
