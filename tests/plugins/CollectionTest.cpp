@@ -3,7 +3,6 @@
 #include "helpers.h"
 
 #include "TCIMDateTime.h"
-#include "TCIMReference.h"
 #include "zeliIOHandle.h"
 
 #include <memory>

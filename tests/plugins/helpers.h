@@ -6,14 +6,11 @@
 
 #include "ZelTest.h"
 
-#include "IPlugin.h"
-#include "IPluginBasicQueryCallbacks.h"
 #include "TCIMClass.h"
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
 #include "TCIMQualifier.h"
 #include "TCPluginCallbacks.h"
-#include "TContainer.h"
 #include "TLogger.h"
 #include "TPluginManager.h"
 #include "TQueryManager.h"

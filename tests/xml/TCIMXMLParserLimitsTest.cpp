@@ -3,8 +3,6 @@
 
 #include "ZelTest.h"
 
-#include "TCIMQualifierDecl.h"
-
 namespace {
 
 class CIMXMLParserLimitsTest : public ZelTest {};
@@ -55,20 +53,6 @@ TEST_F(CIMXMLParserLimitsTest, ReferencesNestedDeepInKeyBindingsUnwindCleanly) {
                     "</DECLARATION></CIM>";
   EXPECT_ZEL_THROW(ParseInto(container, doc), zelStatusNotFound);
   EXPECT_LOGGED("ZEL_Core: [Error] TCIMXMLParser: Threw exception zelStatusNotFound on line 1");
-}
-
-TEST_F(CIMXMLParserLimitsTest, MegabyteNamesAndTextsAreReadWhole) {
-  std::string name = Repeat("Qualifier", 1 << 19);  // 4.5 MB
-  std::string text = Repeat("0123456789abcdef&amp;\n", 1 << 20);  // 22 MiB written, 18 MiB read
-  TContainer container;
-  ParseInto(container, "<CIM><DECLARATION><DECLGROUP><QUALIFIER.DECLARATION NAME='" + name +
-                           "' TYPE=\"string\"><SCOPE CLASS=\"true\"/><VALUE>" + text +
-                           "</VALUE></QUALIFIER.DECLARATION></DECLGROUP></DECLARATION></CIM>");
-  TCIMQualifierDecl* decl = container.GetQualifierDecl(name);
-  EXPECT_EQ(decl->GetName(), name);
-  std::string value = decl->GetValue();
-  EXPECT_EQ(value.size(), size_t(18) << 20);
-  EXPECT_EQ(value, Repeat("0123456789abcdef&\n", 1 << 20));
 }
 
 } // namespace

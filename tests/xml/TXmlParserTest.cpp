@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <string>
 
 TEST(TXmlParserTest, DeliversPrologMiscAndElementsInOrder) {
   EXPECT_EQ(Events("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<!-- c -->\n"
@@ -66,11 +65,6 @@ TEST(TXmlParserTest, BufferIsRestoredOnEveryPath) {
   parser.Run(xml);
   EXPECT_EQ(parser.BufferText(), xml);
 
-  // Attribute names stay lower-cased: that is done in place.
-  TRecordingParser upper;
-  upper.Run("<a X='1'>t</a>");
-  EXPECT_EQ(upper.BufferText(), "<a x='1'>t</a>");
-
   struct TThrowing : TRecordingParser {
     void characters(const char*, unsigned int) override { throw TStopParsing(); }
   } throwing;
@@ -78,28 +72,6 @@ TEST(TXmlParserTest, BufferIsRestoredOnEveryPath) {
   throwing.Run(xml);
   EXPECT_EQ(throwing.fEvents, "<a>|<b>|<c>|");
   EXPECT_EQ(throwing.BufferText(), xml);
-}
-
-TEST(TXmlParserTest, LineCountsNewlinesUpToThePosition) {
-  struct TLines : TRecordingParser {
-    void StartElement(const char* name, std::map<std::string, std::string>&) override {
-      fEvents += std::string(name) + "@" + std::to_string(GetCurLine()) + "|";
-    }
-  } lines;
-  EXPECT_EQ(lines.GetCurLine(), 1u);
-  EXPECT_EQ(lines.Run("<a>\n<b x='1'\n/>\r\n<c/></a>"),
-            "a@1|\n|b@3|</b>|\r\n|c@4|</c>|</a>|");
-  EXPECT_EQ(lines.GetCurLine(), 4u);
-}
-
-TEST(TXmlParserTest, CharacterPrimitivesStopAtTheEnd) {
-  TRecordingParser parser;
-  parser.Run("<a/>");
-  EXPECT_EQ(parser.GetChar(), '\0'); // At the NUL, without advancing.
-  EXPECT_EQ(parser.GetChar(), '\0');
-  parser.UngetChar();
-  EXPECT_EQ(parser.PeekChar(), '>');
-  EXPECT_EQ(parser.GetChar(), '>');
 }
 
 TEST(TXmlParserTest, MillionLevelsDeepAreReadWithoutRecursion) {

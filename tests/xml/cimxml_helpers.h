@@ -8,7 +8,6 @@
 #include "TCIMProperty.h"
 #include "TCIMPropertyDecl.h"
 #include "TCIMQualifier.h"
-#include "TCIMQualifierDecl.h"
 #include "TContainer.h"
 
 #include <algorithm>

@@ -55,10 +55,6 @@ public:
   }
   std::string BufferText() const { return std::string(fBuffer.data(), fBuffer.size() - 1); }
 
-  using TXmlParser::GetChar;
-  using TXmlParser::PeekChar;
-  using TXmlParser::UngetChar;
-
   bool fStopAtError;
   std::string fEvents;
   std::vector<std::string> fErrors;
