@@ -123,16 +123,6 @@ TEST_F(PluginManagerTest, LibraryRegisteringNothingStaysLoaded) {
     dlclose(handle); // Drops only the reference just taken.
 }
 
-TEST_F(PluginManagerTest, APluginOfTypeTwoHasNoDocument) {
-  CppPlugin* other = new CppPlugin("KAPLA_TypeTwo", 2);
-  IPlugin* handle = fManager->RegisterPlugin(other);
-  fManager->InitializeProviders("./nowhere/libtypetwo.pi.so");
-  EXPECT_EQ(fManager->SearchForPluginByName("KAPLA_TypeTwo"), handle);
-  EXPECT_TRUE(handle->IsInitialized());
-  EXPECT_EQ(handle->GetCallbacks(), other);
-  EXPECT_ZEL_THROW(handle->GetClassesCollected(), zelStatusFail);
-}
-
 TEST_F(PluginManagerTest, SchemaWithoutPluginDeclarations) {
   // No shared schema: typeone's document declares KEY itself, but nothing declares PLUGINNAME.
   StagePlugins({"typeone"});

@@ -70,6 +70,15 @@ std::vector<TErrorRow> const kRows = {
     Bad("property of another type",
         kGroup + "<VALUE.OBJECT><INSTANCE CLASSNAME=\"ZT_Disk\">\n<PROPERTY NAME=\"Size\" TYPE=\"uint32\">",
         5, "Property type != property declaration type"),
+    // The instance joins its class only when its object element ends.
+    {"property the class does not have",
+     kGroup + "<VALUE.OBJECT><INSTANCE CLASSNAME=\"ZT_Disk\">\n<PROPERTY NAME=\"Nope\" TYPE=\"string\"/>",
+     zelStatusNotFound,
+     {"ZEL_Core: [Error] TCIMXMLParser: Couldn't find property Nope", Threw("zelStatusNotFound", 5)}},
+    {"superclass defined later",
+     kGroup + "<VALUE.OBJECT><CLASS NAME=\"Late\" SUPERCLASS=\"Early\"/></VALUE.OBJECT>\n"
+              "<VALUE.OBJECT><CLASS NAME=\"Early\"/></VALUE.OBJECT>",
+     zelStatusNotFound, {Threw("zelStatusNotFound", 4)}},
     Bad("instance name of an unknown class",
         kNamed + "<VALUE.NAMEDOBJECT>\n<INSTANCENAME CLASSNAME=\"ZT_Nothing\">", 5,
         "Couldn't find class name ZT_Nothing"),
@@ -118,8 +127,6 @@ TEST_F(CIMXMLParserErrorTest, EachMalformedDocumentLogsItsLineAndStops) {
 
 TEST_F(CIMXMLParserErrorTest, AMultiReqOfThreeRequestsIsAccepted) {
   TContainer container;
-  ParseInto(container, DataText("qualifier-declarations.xml"));
-  ParseInto(container, DataText("instances-properties.xml"));
   std::string request = kCreate + "</IMETHODCALL></SIMPLEREQ>";
   ParseInto(container, kMessage + "<MULTIREQ>" + request + request + request +
                            "</MULTIREQ></MESSAGE></CIM>");

@@ -200,18 +200,6 @@ TEST_F(CIMXMLParserTest, ValueTextIsKeptWholeAndBadDateTimesDefault) {
                                    "Defaulting the datetime to 01/01/1970 00:00:00."}));
 }
 
-TEST_F(CIMXMLParserTest, AnInstanceJoinsItsClassOnlyWhenItsObjectElementEnds) {
-  LoadQualifiers();
-  ParseInto(fContainer, DataText("instances-properties.xml"));
-  TCIMClass* disk = fContainer.GetClass("ZT_Disk");
-  EXPECT_ZEL_THROW(ParseInto(fContainer, DiskInstance("<PROPERTY NAME=\"Nope\" TYPE=\"string\"/>")),
-                   zelStatusNotFound);
-  EXPECT_EQ(disk->EnumerateInstances(false).size(), 1u);
-  EXPECT_EQ(LoggedLines(), (TNames{"ZEL_Core: [Error] TCIMXMLParser: Couldn't find property Nope",
-                                   "ZEL_Core: [Error] TCIMXMLParser: Threw exception "
-                                   "zelStatusNotFound on line 1"}));
-}
-
 TEST_F(CIMXMLParserTest, AMethodPushesNothingSoItsEndTagClosesTheClass) {
   LoadQualifiers();
   std::string head = "<CIM><DECLARATION><DECLGROUP><VALUE.OBJECT><CLASS NAME=\"M\">"
@@ -226,18 +214,6 @@ TEST_F(CIMXMLParserTest, AMethodPushesNothingSoItsEndTagClosesTheClass) {
   EXPECT_ZEL_THROW(ParseInto(other, head + "\n<VALUE.OBJECT/></DECLGROUP></DECLARATION></CIM>"),
                    zelStatusInvalidSpecificationDocument);
   EXPECT_LOGGED("ZEL_Core: [Error] CIM-XML Parser line 2:Unexpected element value.object");
-}
-
-TEST_F(CIMXMLParserTest, ASuperclassMustBeDefinedFirst) {
-  LoadQualifiers();
-  std::string doc = "<CIM>\n<DECLARATION>\n<DECLGROUP>\n"
-                    "<VALUE.OBJECT><CLASS NAME=\"Late\" SUPERCLASS=\"Early\"/></VALUE.OBJECT>\n"
-                    "<VALUE.OBJECT><CLASS NAME=\"Early\"/></VALUE.OBJECT>\n"
-                    "</DECLGROUP></DECLARATION></CIM>";
-  EXPECT_ZEL_THROW(ParseInto(fContainer, doc), zelStatusNotFound);
-  EXPECT_EQ(LoggedLines(), (TNames{"ZEL_Core: [Error] TCIMXMLParser: Threw exception "
-                                   "zelStatusNotFound on line 4"}));
-  EXPECT_EQ(fContainer.FindClass("Early"), nullptr);
 }
 
 TEST_F(CIMXMLParserTest, ParseValueReadsLikeTheValueTextConstructor) {
