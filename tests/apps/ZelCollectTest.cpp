@@ -1,6 +1,5 @@
-// zelcollect end to end: the real executable as a child process, with the bundled plugins
-// over this machine's real data, the README's example plugin and a failing one; its output,
-// exit status and result file, which is read back and compared with the machine.
+// zelcollect run as a child process over this machine, the README's plugin and a failing one;
+// its output, exit status and result file, read back and compared with the machine.
 #include "ZelTest.h"
 
 #include "TCIMClass.h"
@@ -177,8 +176,6 @@ TEST_F(ZelCollectTest, WithoutArgumentsItInventoriesThisMachineAndWritesTheResul
   }
   EXPECT_EQ(Count(loaded, "KAPLA_NetworkAdapter"), adapters);
   EXPECT_EQ(Count(loaded, "KAPLA_SystemNetworkAdapter"), adapters);
-  EXPECT_EQ(Count(loaded, "KAPLA_SystemMemory"), Count(loaded, "KAPLA_Memory"));
-  EXPECT_EQ(Count(loaded, "KAPLA_HostedFileSystem"), Count(loaded, "KAPLA_FileSystem"));
 
   struct statvfs root;
   ASSERT_EQ(statvfs("/", &root), 0);

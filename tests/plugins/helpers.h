@@ -1,6 +1,4 @@
-// Plugin tests: fresh managers per test, the shared schema loaded as a host does, real plugin
-// libraries copied into the test's own plugin directory (so each test loads new copies, whose
-// load-time registration runs again), and plugins ended at the end as a host ends them.
+// Plugin tests: fresh managers, and real plugins copied into each test's own directory.
 #ifndef PLUGINS_HELPERS_H
 #define PLUGINS_HELPERS_H
 
@@ -66,10 +64,8 @@ protected:
     ZelTest::TearDown();
   }
 
-  /// The declarations and the abstract system class that the plugins' documents use.
   void LoadSharedSchema() { fSchema->PopulateContainerFromFile(ZEL_TEST_DATA_DIR "/shared-schema.xml"); }
 
-  /// Copies built plugins (library and document) into the current plugin directory.
   void StagePlugins(std::vector<std::string> const& names) {
     for (std::string const& name : names)
       std::filesystem::copy(std::string(ZEL_TEST_PLUGIN_DIR) + "/" + name, name,
@@ -119,8 +115,7 @@ protected:
   TContainer* fSchema = nullptr;
 };
 
-/// A plugin written in C++ that a host registers itself. PrepareForUnload deletes it, as the
-/// C binding does.
+/// A C++ plugin that a host registers; PrepareForUnload deletes it, as the C binding does.
 class CppPlugin : public IPluginCallbacks {
 public:
   CppPlugin(std::string name, int type) : fName(name), fType(type) {}

@@ -9,7 +9,6 @@ class CIMXMLParserLimitsTest : public ZelTest {};
 
 std::string Repeat(std::string const& piece, size_t count) {
   std::string out;
-  out.reserve(piece.size() * count);
   for (size_t i = 0; i < count; ++i)
     out += piece;
   return out;
@@ -17,13 +16,6 @@ std::string Repeat(std::string const& piece, size_t count) {
 
 TEST_F(CIMXMLParserLimitsTest, AMillionLevelsDeepAreRejectedWithoutCrashing) {
   size_t const depth = 1000000;
-  // Where no child is allowed, the first one is refused at once.
-  TContainer first;
-  EXPECT_ZEL_THROW(ParseInto(first, "<CIM>" + Repeat("<CIM>", depth) + Repeat("</CIM>", depth) +
-                                        "</CIM>"),
-                   zelStatusInvalidSpecificationDocument);
-  EXPECT_LOGGED("ZEL_Core: [Error] CIM-XML Parser line 1:Unexpected element cim");
-
   // Where children are ignored, they are ignored all the way down; their end tags then pop
   // every state and the parser finds its stack empty.
   TContainer second;

@@ -54,9 +54,6 @@ TEST(TXmlParserTest, ParsingGoesOnWhenFatalErrorReturns) {
   TRecordingParser parser(/*stopAtError=*/false);
   EXPECT_EQ(parser.Run(" <a/>"),
             "!Unexpected character before prolog@1|!Unexpected character before element@1|");
-  TRecordingParser nested(/*stopAtError=*/false);
-  EXPECT_EQ(nested.Run("<a><b x=1/></a>"),
-            "<a>|!Unexpected character after equals of attribute name@1|");
 }
 
 TEST(TXmlParserTest, BufferIsRestoredOnEveryPath) {

@@ -1,6 +1,5 @@
-/* The computer-system plugin: the machine itself, its processors, a sample filled through
- * every typed property function, and classes that the core must never ask for. A failed
- * call logs an error, which the tests look for, so statuses are returned only at the end. */
+/* The machine, its processors, typed samples, and classes never to be asked for. Failed calls
+ * log errors, which the tests look for, so statuses are returned only at the end. */
 #include "testplugin.h"
 
 static int gPathWasNullAtRegistration;
