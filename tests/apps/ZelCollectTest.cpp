@@ -1,14 +1,11 @@
-// zelcollect end to end: the real executable as a child process, with the bundled plugins
-// over this machine's real data, the README's example plugin and a failing one; its output,
-// exit status and result file, which is read back and compared with the machine.
+// zelcollect run as a child process over this machine, the README's plugin and a failing one;
+// its output, exit status and result file, read back and compared with the machine.
 #include "ZelTest.h"
 
 #include "TCIMClass.h"
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
-#include "TCIMReference.h"
 #include "TCIMSchemaHelper.h"
-#include "TCIMValue.h"
 #include "TContainer.h"
 
 #include <nlohmann/json.hpp>
@@ -24,7 +21,6 @@
 #include <algorithm>
 #include <fstream>
 #include <sstream>
-#include <zlib.h>
 
 namespace {
 
@@ -49,8 +45,12 @@ std::vector<std::string> Lines(const std::string& text) {
   return lines;
 }
 
-bool StartsWith(const std::string& text, const std::string& prefix) {
-  return text.compare(0, prefix.size(), prefix) == 0;
+// How many lines of text start with prefix.
+size_t CountLines(const std::string& text, const std::string& prefix) {
+  size_t count = 0;
+  for (const std::string& line : Lines(text))
+    count += line.compare(0, prefix.size(), prefix) == 0;
+  return count;
 }
 
 bool HasLine(const std::string& text, const std::string& line) {
@@ -65,22 +65,12 @@ std::string HostName() {
 
 // The value of a "name=value" line of os-release, without its quotes.
 std::string OsRelease(const std::string& name) {
-  for (const std::string& line : Lines(ReadAll("/etc/os-release"))) {
-    if (StartsWith(line, name + "=")) {
-      std::string value = line.substr(name.size() + 1);
-      if (value.size() >= 2 && value.front() == '"' && value.back() == '"')
-        value = value.substr(1, value.size() - 2);
-      return value;
+  for (std::string line : Lines(ReadAll("/etc/os-release")))
+    if (line.compare(0, name.size() + 1, name + "=") == 0) {
+      line.erase(0, name.size() + 1);
+      return line.size() >= 2 && line[0] == '"' ? line.substr(1, line.size() - 2) : line;
     }
-  }
   return "";
-}
-
-size_t CountLinesStartingWith(const std::string& path, const std::string& prefix) {
-  size_t count = 0;
-  for (const std::string& line : Lines(ReadAll(path)))
-    count += StartsWith(line, prefix);
-  return count;
 }
 
 } // namespace
@@ -145,13 +135,6 @@ protected:
     return container.GetClass(cls)->EnumerateInstances(false).size();
   }
 
-  static std::string Gunzip(const std::string& path) {
-    gzFile file = gzopen(path.c_str(), "rb");
-    std::string text(1 << 20, '\0');
-    text.resize(std::max(0, gzread(file, &text[0], static_cast<unsigned>(text.size()))));
-    gzclose(file);
-    return text;
-  }
 };
 
 TEST_F(ZelCollectTest, WithoutArgumentsItInventoriesThisMachineAndWritesTheResult) {
@@ -180,11 +163,11 @@ TEST_F(ZelCollectTest, WithoutArgumentsItInventoriesThisMachineAndWritesTheResul
   EXPECT_EQ(TCIMSchemaHelper::GetOperatingSystemVersion(&loaded), OsRelease("VERSION_ID"));
   EXPECT_EQ(TCIMSchemaHelper::GetOperatingSystemType(&loaded), 36);
 
-  size_t processors = CountLinesStartingWith("/proc/cpuinfo", "processor\t:");
+  size_t processors = CountLines(ReadAll("/proc/cpuinfo"), "processor\t:");
   EXPECT_EQ(Count(loaded, "KAPLA_Processor"), processors);
   EXPECT_EQ(Count(loaded, "KAPLA_SystemProcessor"), processors);
   EXPECT_EQ(Count(loaded, "KAPLA_SoftwarePackage"),
-            CountLinesStartingWith("/var/lib/dpkg/status", "Status: install ok installed"));
+            CountLines(ReadAll("/var/lib/dpkg/status"), "Status: install ok installed"));
   size_t adapters = 0;
   if (DIR* net = opendir("/sys/class/net")) {
     while (dirent* entry = readdir(net))
@@ -193,8 +176,6 @@ TEST_F(ZelCollectTest, WithoutArgumentsItInventoriesThisMachineAndWritesTheResul
   }
   EXPECT_EQ(Count(loaded, "KAPLA_NetworkAdapter"), adapters);
   EXPECT_EQ(Count(loaded, "KAPLA_SystemNetworkAdapter"), adapters);
-  EXPECT_EQ(Count(loaded, "KAPLA_SystemMemory"), Count(loaded, "KAPLA_Memory"));
-  EXPECT_EQ(Count(loaded, "KAPLA_HostedFileSystem"), Count(loaded, "KAPLA_FileSystem"));
 
   struct statvfs root;
   ASSERT_EQ(statvfs("/", &root), 0);
@@ -228,19 +209,11 @@ TEST_F(ZelCollectTest, TheXMLFormatPrintsTheResultFileAndVerifyReadsItBack) {
   TRun run = Run({"-f", "xml", "-o", "result.xml", "--verify"});
   ASSERT_EQ(run.fExit, 0) << run.fErr;
   EXPECT_EQ(run.fOut, ReadAll(TempPath("result.xml")));
-  EXPECT_TRUE(StartsWith(run.fOut, "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"));
-  std::vector<std::string> err = Lines(run.fErr);
-  ASSERT_EQ(err.size(), 1u) << run.fErr;
-  EXPECT_TRUE(StartsWith(err[0], "zelcollect: verified " + TempPath("result.xml") + ": " +
-                                     std::to_string(run.fOut.size()) + " bytes; collection "))
-      << err[0];
-
-  // Gzip by name: the same document, compressed.
-  TRun gz = Run({"-f", "xml", "-o", "result.xml.gz", "-c", "KAPLA_OperatingSystem"});
-  ASSERT_EQ(gz.fExit, 0) << gz.fErr;
-  EXPECT_EQ(Gunzip(TempPath("result.xml.gz")), gz.fOut);
-  EXPECT_EQ(gz.fOut.find("<INSTANCE CLASSNAME=\"KAPLA_Processor\">"), std::string::npos);
-  EXPECT_NE(gz.fOut.find("<INSTANCE CLASSNAME=\"KAPLA_OperatingSystem\">"), std::string::npos);
+  EXPECT_EQ(run.fOut.rfind("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n", 0), 0u);
+  ASSERT_EQ(Lines(run.fErr).size(), 1u) << run.fErr;
+  EXPECT_EQ(CountLines(run.fErr, "zelcollect: verified " + TempPath("result.xml") + ": " +
+                                     std::to_string(run.fOut.size()) + " bytes; collection "),
+            1u) << run.fErr;
 }
 
 TEST_F(ZelCollectTest, TheJSONFormatKeepsTypesAndDisplayTexts) {

@@ -1,9 +1,7 @@
-// The C collection functions called as a plugin calls them inside GetData: a handle on the
-// schema for a real, loaded plugin; exact statuses and log lines.
+// The C collection functions as a plugin calls them in GetData, on a real loaded plugin.
 #include "helpers.h"
 
 #include "TCIMDateTime.h"
-#include "TCIMReference.h"
 #include "zeliIOHandle.h"
 
 #include <memory>
@@ -34,35 +32,27 @@ protected:
   std::unique_ptr<zelIOHandle> fIO;
 };
 
-TEST_F(CollectionTest, NullArguments) {
+TEST_F(CollectionTest, NullArgumentsAndNoOpenInstance) {
   TCIMValue value(true);
   TCIMDateTime dateTime;
   TCIMReference reference(fSchema);
-  zelCIMValueArray* array = nullptr;
-  ASSERT_ZEL_STATUS(zelNewCIMValueArray(&array), zelStatusOK);
-
   // The NULL handle is logged for the core; a missing argument beside a handle, for the
   // handle's plugin, except where the typed functions check on their own.
   EXPECT_ZEL_STATUS(zelAddClass(nullptr, "KAPLA_Processor"), zelStatusFail);
   EXPECT_ZEL_STATUS(zelAddClass(io(), nullptr), zelStatusFail);
   EXPECT_ZEL_STATUS(zelAddProperty(nullptr, "Name", "x"), zelStatusFail);
-  EXPECT_ZEL_STATUS(zelAddProperty(io(), nullptr, "x"), zelStatusFail);
   EXPECT_ZEL_STATUS(zelAddProperty(io(), "Name", nullptr), zelStatusFail);
-  EXPECT_ZEL_STATUS(zelAddCIMValueProperty(nullptr, "Flag", &value), zelStatusFail);
   EXPECT_ZEL_STATUS(zelAddCIMValueProperty(io(), nullptr, &value), zelStatusFail);
   EXPECT_ZEL_STATUS(zelAddUint8Property(nullptr, "U8", 1), zelStatusFail);
-  EXPECT_ZEL_STATUS(zelAddStringProperty(io(), nullptr, "x"), zelStatusFail);
   EXPECT_ZEL_STATUS(zelAddStringProperty(io(), "Text", nullptr), zelStatusFail);
   EXPECT_ZEL_STATUS(zelAddArrayProperty(io(), "Levels", nullptr), zelStatusFail);
-  EXPECT_ZEL_STATUS(zelAddArrayProperty(io(), nullptr, array), zelStatusFail);
-  EXPECT_ZEL_STATUS(zelAddReferenceProperty(io(), "GroupComponent", nullptr), zelStatusFail);
   EXPECT_ZEL_STATUS(zelAddReferenceProperty(io(), nullptr, &reference), zelStatusFail);
-  EXPECT_ZEL_STATUS(zelAddDateTimeProperty(io(), "Stamp", nullptr), zelStatusFail);
   EXPECT_ZEL_STATUS(zelAddDateTimeProperty(io(), nullptr, &dateTime), zelStatusFail);
   EXPECT_ZEL_STATUS(zelGetSystemName(nullptr), zelStatusFail);
   EXPECT_ZEL_STATUS(zelGetSystemCreationClassName(nullptr), zelStatusFail);
-  zelDeleteCIMValueArray(array);
-
+  // The typed functions report through zelAddProperty's text.
+  EXPECT_ZEL_STATUS(zelAddProperty(io(), "MaxClockSpeed", "1"), zelStatusInvalidClass);
+  EXPECT_ZEL_STATUS(zelAddUint32Property(io(), "MaxClockSpeed", 1), zelStatusInvalidClass);
   EXPECT_THAT(
       LoggedLines(),
       ElementsAre(
@@ -70,38 +60,22 @@ TEST_F(CollectionTest, NullArguments) {
           "ZEL_KAPLA_ComputerSystem: [Error] zelAddClass: NULL name parameter",
           "ZEL_Core: [Error] zelAddProperty: NULL zelIOHandle parameter",
           "ZEL_KAPLA_ComputerSystem: [Error] zelAddProperty: NULL name and/or value parameter",
-          "ZEL_KAPLA_ComputerSystem: [Error] zelAddProperty: NULL name and/or value parameter",
-          "ZEL_Core: [Error] zelAddCIMValueProperty: NULL zelIOHandle parameter",
           "ZEL_KAPLA_ComputerSystem: [Error] zelAddCIMValueProperty: NULL name parameter",
           "ZEL_Core: [Error] zelAddCIMValueProperty: NULL zelIOHandle parameter",
           "ZEL_Core: [Error] zelAddStringProperty: NULL value and/or name parameter",
-          "ZEL_Core: [Error] zelAddStringProperty: NULL value and/or name parameter",
-          "ZEL_Core: [Error] zelAddArrayProperty: NULL name and/or pArray parameter",
           "ZEL_Core: [Error] zelAddArrayProperty: NULL name and/or pArray parameter",
           "ZEL_Core: [Error] zelAddReferenceProperty: NULL name and/or pRef parameter",
-          "ZEL_Core: [Error] zelAddReferenceProperty: NULL name and/or pRef parameter",
-          "ZEL_Core: [Error] zelAddDateTimeProperty: NULL name and/or pDateTime parameter",
           "ZEL_Core: [Error] zelAddDateTimeProperty: NULL name and/or pDateTime parameter",
           "ZEL_Core: [Error] zelGetSystemName: NULL name parameter",
-          "ZEL_Core: [Error] zelGetSystemCreationClassName: NULL name parameter"));
-  EXPECT_EQ(io()->fCurrentInstance, nullptr);
-}
-
-TEST_F(CollectionTest, PropertiesNeedAnOpenInstance) {
-  EXPECT_ZEL_STATUS(zelAddProperty(io(), "MaxClockSpeed", "1"), zelStatusInvalidClass);
-  EXPECT_ZEL_STATUS(zelAddUint32Property(io(), "MaxClockSpeed", 1), zelStatusInvalidClass);
-  EXPECT_ZEL_STATUS(zelAddStringProperty(io(), "DeviceID", "CPU0"), zelStatusInvalidClass);
-  EXPECT_THAT(LoggedLines(), ElementsAre("ZEL_Core: [Error] zelAddProperty: no current instance",
-                                         "ZEL_Core: [Error] zelAddProperty: no current instance",
-                                         "ZEL_Core: [Error] zelAddProperty: no current instance"));
+          "ZEL_Core: [Error] zelGetSystemCreationClassName: NULL name parameter",
+          "ZEL_Core: [Error] zelAddProperty: no current instance",
+          "ZEL_Core: [Error] zelAddProperty: no current instance"));
 }
 
 TEST_F(CollectionTest, OpeningAnInstanceCommitsTheOpenOne) {
   OpenProcessor("CPU0");
   TCIMInstance* first = io()->fCurrentInstance;
-  ASSERT_NE(first, nullptr);
   EXPECT_THAT(Instances("KAPLA_Processor"), IsEmpty());
-
   OpenProcessor("CPU1");
   EXPECT_THAT(Instances("KAPLA_Processor"), ElementsAre(first));
 
@@ -154,25 +128,16 @@ TEST_F(CollectionTest, FailedPropertiesLeaveTheInstanceOpen) {
   EXPECT_EQ(static_cast<unsigned int>(done[0]->GetProperty("MaxClockSpeed").GetValue()), 3200u);
 }
 
-TEST_F(CollectionTest, VerboseTraceOnlyAboveTheThreshold) {
-  OpenProcessor("CPU0");
-  ASSERT_ZEL_STATUS(zelAddProperty(io(), "MaxClockSpeed", "2400"), zelStatusOK);
-  EXPECT_THAT(LoggedLines(), IsEmpty());
-
+TEST_F(CollectionTest, VerboseTrace) {
   TLogger::GetInstance()->SetLogThreshold(zelLogVerbose);
   ASSERT_ZEL_STATUS(zelAddClass(io(), "KAPLA_Sample"), zelStatusOK);
   ASSERT_ZEL_STATUS(zelAddProperty(io(), "Parsed", "77"), zelStatusOK);
   ASSERT_ZEL_STATUS(zelAddBooleanProperty(io(), "Flag", 2), zelStatusOK);
-  ASSERT_ZEL_STATUS(zelAddSint16Property(io(), "S16", -5), zelStatusOK);
-  ASSERT_ZEL_STATUS(zelAddUint64Property(io(), "U64", 18446744073709551615ull), zelStatusOK);
   ASSERT_ZEL_STATUS(zelAddStringProperty(io(), "Text", "two words"), zelStatusOK);
   EXPECT_THAT(LoggedLines(),
               ElementsAre("ZEL_KAPLA_ComputerSystem: [Verbose] zelAddClass(KAPLA_Sample)",
                           "ZEL_KAPLA_ComputerSystem: [Verbose] zelAddProperty(Parsed, value=77)",
                           "ZEL_KAPLA_ComputerSystem: [Verbose] zelAdd<>Property(Flag, value=true)",
-                          "ZEL_KAPLA_ComputerSystem: [Verbose] zelAdd<>Property(S16, value=-5)",
-                          "ZEL_KAPLA_ComputerSystem: [Verbose] zelAdd<>Property(U64, "
-                          "value=18446744073709551615)",
                           "ZEL_KAPLA_ComputerSystem: [Verbose] zelAdd<>Property(Text, value=two "
                           "words)"));
 }
@@ -185,7 +150,6 @@ TEST_F(CollectionTest, ArrayTakesTheDeclaredElementType) {
   EXPECT_ZEL_STATUS(zelAddArrayProperty(io(), "Levels", levels), zelStatusOK);
   zelArrayAddString(levels, "loud");
   EXPECT_ZEL_STATUS(zelAddArrayProperty(io(), "Levels", levels), zelStatusInvalidProperty);
-  EXPECT_ZEL_STATUS(zelAddArrayProperty(io(), "Volume", levels), zelStatusNotFound);
   zelDeleteCIMValueArray(levels);
 
   EXPECT_EQ(io()->fCurrentInstance->GetProperty("Levels").GetValue().ToString(10), "{ 5 }");
@@ -199,31 +163,24 @@ TEST_F(CollectionTest, ReferencesMustNameAnInstance) {
   ASSERT_ZEL_STATUS(zelAddClass(io(), "KAPLA_Fan"), zelStatusOK);
   ASSERT_ZEL_STATUS(zelAddStringProperty(io(), "DeviceID", "FAN7"), zelStatusOK);
   ASSERT_ZEL_STATUS(zelAddClass(io(), "KAPLA_SystemFan"), zelStatusOK);
-  for (char const* id : {"FAN8", "FAN7"}) {
-    TCIMReference* fan = nullptr;
-    ASSERT_ZEL_STATUS(zelNewCIMReference(&fan, io()), zelStatusOK);
-    zelSetReferenceClassName(fan, "KAPLA_Fan");
-    zelReferenceAddString(fan, "DeviceID", id);
-    EXPECT_ZEL_STATUS(zelAddReferenceProperty(io(), "PartComponent", fan),
-                      id == std::string("FAN8") ? zelStatusNotFound : zelStatusOK);
-    zelDeleteCIMReference(fan);
-  }
-  EXPECT_EQ(io()->fCurrentInstance->GetProperty("PartComponent").GetValue().ToString(10),
-            "KAPLA_Fan.DeviceID=\"FAN7\"");
+  TCIMReference* fan = nullptr;
+  ASSERT_ZEL_STATUS(zelNewCIMReference(&fan, io()), zelStatusOK);
+  zelSetReferenceClassName(fan, "KAPLA_Fan");
+  zelReferenceAddString(fan, "DeviceID", "FAN8"); // Only FAN7 exists.
+  EXPECT_ZEL_STATUS(zelAddReferenceProperty(io(), "PartComponent", fan), zelStatusNotFound);
+  zelDeleteCIMReference(fan);
+  EXPECT_TRUE(io()->fCurrentInstance->GetProperty("PartComponent").GetValue().IsNull());
 }
 
 TEST_F(CollectionTest, SystemIdentityIsComputedOnceAndKept) {
-  char* name = nullptr;
-  char* creationClass = nullptr;
+  char *name = nullptr, *creationClass = nullptr, *again = nullptr, *classAgain = nullptr;
   EXPECT_ZEL_STATUS(zelGetSystemCreationClassName(&creationClass), zelStatusOK);
   EXPECT_STREQ(creationClass, "KAPLA_ComputerSystem");
-
   TQueryManager::GetInstance()->RunQuery(fSchema, {"KAPLA_ComputerSystem"});
   ASSERT_ZEL_STATUS(zelGetSystemName(&name), zelStatusOK);
   EXPECT_STREQ(name, "ZELHOST01");
-  char* again = nullptr;
   EXPECT_ZEL_STATUS(zelGetSystemName(&again), zelStatusOK);
+  EXPECT_ZEL_STATUS(zelGetSystemCreationClassName(&classAgain), zelStatusOK);
   EXPECT_EQ(again, name);
-  EXPECT_ZEL_STATUS(zelGetSystemCreationClassName(&again), zelStatusOK);
-  EXPECT_EQ(again, creationClass);
+  EXPECT_EQ(classAgain, creationClass);
 }

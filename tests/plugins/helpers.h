@@ -1,19 +1,14 @@
-// Plugin tests: fresh managers per test, the shared schema loaded as a host does, real plugin
-// libraries copied into the test's own plugin directory (so each test loads new copies, whose
-// load-time registration runs again), and plugins ended at the end as a host ends them.
+// Plugin tests: fresh managers, and real plugins copied into each test's own directory.
 #ifndef PLUGINS_HELPERS_H
 #define PLUGINS_HELPERS_H
 
 #include "ZelTest.h"
 
-#include "IPlugin.h"
-#include "IPluginBasicQueryCallbacks.h"
 #include "TCIMClass.h"
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
 #include "TCIMQualifier.h"
 #include "TCPluginCallbacks.h"
-#include "TContainer.h"
 #include "TLogger.h"
 #include "TPluginManager.h"
 #include "TQueryManager.h"
@@ -47,9 +42,20 @@ protected:
     fSchema = fManager->GetSchema();
   }
 
+  // Ends the plugins as a host does (DeInit, then PrepareForUnload, retried once).
   void TearDown() override {
-    while (!fManager->GetPluginsContainer().empty())
-      EndPlugin(fManager->GetPluginsContainer().front().get());
+    for (boost::shared_ptr<IPlugin> const& plugin : fManager->GetPluginsContainer()) {
+      IPluginCallbacks* callbacks = plugin->GetCallbacks();
+      try {
+        callbacks->DeInit();
+      } catch (TZELException&) {
+      }
+      try {
+        callbacks->PrepareForUnload();
+      } catch (TZELException&) {
+        callbacks->PrepareForUnload();
+      }
+    }
     delete TQueryManager::GetInstance();
     TQueryManager::fgInstance = 0;
     delete TPluginManager::GetInstance();
@@ -58,10 +64,8 @@ protected:
     ZelTest::TearDown();
   }
 
-  /// The declarations and the abstract system class that the plugins' documents use.
   void LoadSharedSchema() { fSchema->PopulateContainerFromFile(ZEL_TEST_DATA_DIR "/shared-schema.xml"); }
 
-  /// Copies built plugins (library and document) into the current plugin directory.
   void StagePlugins(std::vector<std::string> const& names) {
     for (std::string const& name : names)
       std::filesystem::copy(std::string(ZEL_TEST_PLUGIN_DIR) + "/" + name, name,
@@ -88,21 +92,6 @@ protected:
     return dynamic_cast<TCPluginCallbacks*>(plugin->GetCallbacks());
   }
 
-  /// Ends a plugin as a host does (DeInit, then PrepareForUnload, retried once) and drops it.
-  void EndPlugin(IPlugin* plugin) {
-    try {
-      plugin->GetCallbacks()->DeInit();
-    } catch (TZELException&) {
-    }
-    try {
-      plugin->GetCallbacks()->PrepareForUnload();
-    } catch (TZELException&) {
-      plugin->GetCallbacks()->PrepareForUnload();
-    }
-    fManager->GetPluginsContainer().remove_if(
-        [&](boost::shared_ptr<IPlugin> const& p) { return p.get() == plugin; });
-  }
-
   std::vector<TCIMInstance*> Instances(std::string const& className) {
     return fSchema->GetClass(className)->EnumerateInstances(false);
   }
@@ -126,8 +115,7 @@ protected:
   TContainer* fSchema = nullptr;
 };
 
-/// A plugin written in C++ that a host registers itself. PrepareForUnload deletes it, as the
-/// C binding does.
+/// A C++ plugin that a host registers; PrepareForUnload deletes it, as the C binding does.
 class CppPlugin : public IPluginCallbacks {
 public:
   CppPlugin(std::string name, int type) : fName(name), fType(type) {}

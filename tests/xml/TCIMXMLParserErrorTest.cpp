@@ -4,7 +4,6 @@
 #include "ZelTest.h"
 
 #include "ILogger.h"
-#include "TCIMClass.h"
 #include "TRootObject.h"
 
 namespace {
@@ -35,52 +34,33 @@ std::string Threw(char const* status, int line) {
          std::to_string(line);
 }
 // A content error reported by a state: the parser's line, then the frame's.
-TLines Content(int line, std::string const& message) {
-  return {Parser(line, message), Threw("zelStatusInvalidSpecificationDocument", line)};
+TErrorRow Bad(char const* name, std::string const& document, int line, std::string const& message) {
+  return {name, document, zelStatusInvalidSpecificationDocument,
+          {Parser(line, message), Threw("zelStatusInvalidSpecificationDocument", line)}};
 }
-std::string Named(std::string const& instanceName) {
-  return kNamed + "<VALUE.NAMEDOBJECT>\n" + instanceName;
-}
+std::string const kDecl = kGroup + "<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"string\"";
+std::string const kNamedDisk = kNamed + "<VALUE.NAMEDOBJECT>\n<INSTANCENAME CLASSNAME=\"ZT_Disk\">";
 
 std::vector<TErrorRow> const kRows = {
     {"syntax error from the tokenizer", "", zelStatusInvalidSpecificationDocument,
      {Parser(1, "Unexpected character before prolog")}},
-    {"cim version", "<CIM CIMVERSION=\"2.3\" DTDVERSION=\"2.0\">", zelStatusInvalidSpecificationDocument,
-     Content(1, "Unknown CIM version")},
-    {"dtd version", "<CIM CIMVERSION=\"2.8\"\n DTDVERSION=\"2.2\">", zelStatusInvalidSpecificationDocument,
-     Content(2, "Unknown DTD version")},
-    {"root other than CIM", "<DECLARATION/>", zelStatusInvalidSpecificationDocument,
-     Content(1, "Unexpected element declaration")},
-    {"qualifier declaration after an object",
-     kGroup + kVolume + "\n<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"string\">",
-     zelStatusInvalidSpecificationDocument, Content(5, "Unexpected element qualifier.declaration")},
-    {"scope missing", kGroup + "<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"string\">\n<VALUE>x</VALUE>",
-     zelStatusInvalidSpecificationDocument, Content(5, "Expected SCOPE element")},
-    {"array size without isarray",
-     kGroup + "<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"string\" ARRAYSIZE=\"2\"><SCOPE/>\n"
-              "</QUALIFIER.DECLARATION>",
-     zelStatusInvalidSpecificationDocument, Content(5, "Incompatible attributes")},
-    {"array value for isarray false",
-     kGroup + "<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"string\" ISARRAY=\"false\"><SCOPE/>"
-              "<VALUE.ARRAY><VALUE>a</VALUE></VALUE.ARRAY></QUALIFIER.DECLARATION>",
-     zelStatusInvalidSpecificationDocument, Content(4, "Incompatible attributes")},
-    {"scalar value for isarray true",
-     kGroup + "<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"string\" ISARRAY=\"true\"><SCOPE/>"
-              "<VALUE>a</VALUE></QUALIFIER.DECLARATION>",
-     zelStatusTypeMismatch, {Threw("zelStatusTypeMismatch", 4)}},
-    {"second value of a declaration",
-     kGroup + "<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"string\"><SCOPE/><VALUE>a</VALUE><VALUE>",
-     zelStatusInvalidSpecificationDocument, Content(4, "Unexpected element value")},
+    Bad("cim version", "<CIM CIMVERSION=\"2.3\" DTDVERSION=\"2.0\">", 1, "Unknown CIM version"),
+    Bad("dtd version", "<CIM CIMVERSION=\"2.8\"\n DTDVERSION=\"2.2\">", 2, "Unknown DTD version"),
+    Bad("root other than CIM", "<DECLARATION/>", 1, "Unexpected element declaration"),
+    Bad("qualifier declaration after an object",
+        kGroup + kVolume + "\n<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"string\">", 5,
+        "Unexpected element qualifier.declaration"),
+    Bad("scope missing", kDecl + ">\n<VALUE>x</VALUE>", 5, "Expected SCOPE element"),
+    Bad("array size without isarray", kDecl + " ARRAYSIZE=\"2\"><SCOPE/>\n</QUALIFIER.DECLARATION>", 5,
+        "Incompatible attributes"),
+    Bad("second value of a declaration", kDecl + "><SCOPE/><VALUE>a</VALUE><VALUE>", 4,
+        "Unexpected element value"),
     {"unknown type", kGroup + "<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"char\">",
      zelStatusTypeMismatch, {Threw("zelStatusTypeMismatch", 4)}},
-    {"empty object element", kGroup + "<VALUE.OBJECT>\n</VALUE.OBJECT>",
-     zelStatusInvalidSpecificationDocument, Content(5, "CIM element syntax error")},
-    {"two objects in one element",
-     kGroup + "<VALUE.OBJECT><INSTANCE CLASSNAME=\"ZT_Volume\"/><CLASS NAME=\"X\"/>",
-     zelStatusInvalidSpecificationDocument, Content(4, "Unexpected element class")},
-    {"namespace path without namespace",
-     kGroup + "<NAMESPACEPATH><HOST>h</HOST><LOCALNAMESPACEPATH>\n</LOCALNAMESPACEPATH>",
-     zelStatusInvalidSpecificationDocument, Content(5, "Unexpected at least 1 NAMESPACE element")},
+    Bad("empty object element", kGroup + "<VALUE.OBJECT>\n</VALUE.OBJECT>", 5, "CIM element syntax error"),
+    Bad("namespace path without namespace",
+        kGroup + "<NAMESPACEPATH><HOST>h</HOST><LOCALNAMESPACEPATH>\n</LOCALNAMESPACEPATH>", 5,
+        "Unexpected at least 1 NAMESPACE element"),
     {"instance of an unknown class", kGroup + "<VALUE.OBJECT><INSTANCE CLASSNAME=\"ZT_Nope\">",
      zelStatusNotFound,
      {"ZEL_Core: [Error] TCIMXMLParser: Couldn't find class ZT_Nope", Threw("zelStatusNotFound", 4)}},
@@ -88,55 +68,42 @@ std::vector<TErrorRow> const kRows = {
      kGroup + "<VALUE.OBJECT><CLASS NAME=\"ZT_Q\">\n<QUALIFIER NAME=\"Nope\" TYPE=\"string\"/>",
      zelStatusNotFound,
      {"ZEL_Core: [Error] TCIMXMLParser: Couldn't find qualifier Nope", Threw("zelStatusNotFound", 5)}},
-    {"property of another type",
-     kGroup + "<VALUE.OBJECT><INSTANCE CLASSNAME=\"ZT_Disk\">\n"
-              "<PROPERTY NAME=\"Size\" TYPE=\"uint32\">",
-     zelStatusInvalidSpecificationDocument, Content(5, "Property type != property declaration type")},
-    {"array property without type",
-     kGroup + "<VALUE.OBJECT><INSTANCE CLASSNAME=\"ZT_Disk\"><PROPERTY.ARRAY NAME=\"Blocks\">",
-     zelStatusInvalidSpecificationDocument, Content(4, "Property type != property declaration type")},
-    {"instance name of an unknown class", Named("<INSTANCENAME CLASSNAME=\"ZT_Nothing\">"),
-     zelStatusInvalidSpecificationDocument, Content(5, "Couldn't find class name ZT_Nothing")},
-    {"key binding of an unknown property",
-     Named("<INSTANCENAME CLASSNAME=\"ZT_Disk\"><KEYBINDING NAME=\"Bogus\"><KEYVALUE>1</KEYVALUE>\n"
-           "</KEYBINDING>"),
-     zelStatusInvalidSpecificationDocument, Content(6, "Couldn't find property name Bogus in class ZT_Disk")},
-    {"key binding of a property that is not a key",
-     Named("<INSTANCENAME CLASSNAME=\"ZT_Disk\"><KEYBINDING NAME=\"Size\"><KEYVALUE>1</KEYVALUE>"
-           "</KEYBINDING>"),
-     zelStatusInvalidSpecificationDocument, Content(5, "Class ZT_Disk doesn't have any key properties")},
-    {"unnamed key value for a class without keys",
-     kNamed + "<VALUE.NAMEDOBJECT><CLASS NAME=\"ZT_Keyless\"><QUALIFIER NAME=\"ABSTRACT\" "
-              "TYPE=\"boolean\"><VALUE>true</VALUE></QUALIFIER></CLASS></VALUE.NAMEDOBJECT>\n"
-              "<VALUE.NAMEDOBJECT><INSTANCENAME CLASSNAME=\"ZT_Keyless\"><KEYVALUE>1</KEYVALUE>"
-              "</INSTANCENAME>",
-     zelStatusInvalidSpecificationDocument, Content(5, "Class ZT_Keyless doesn't have any key properties")},
-    {"key binding and key value together",
-     Named("<INSTANCENAME CLASSNAME=\"ZT_Disk\"><KEYBINDING NAME=\"DeviceID\"><KEYVALUE>1</KEYVALUE>"
-           "</KEYBINDING><KEYVALUE>"),
-     zelStatusInvalidSpecificationDocument, Content(5, "Unexpected element keyvalue")},
-    {"value array of other elements", kGroup + "<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"string\" "
-                                               "ISARRAY=\"true\"><SCOPE/><VALUE.ARRAY><KEYVALUE>",
-     zelStatusInvalidSpecificationDocument, Content(4, "Unexpected element keyvalue")},
-    {"protocol version", "<CIM>\n<MESSAGE ID=\"1\" PROTOCOLVERSION=\"2.0\">",
-     zelStatusInvalidSpecificationDocument, Content(2, "Unknown protocol version")},
-    {"multireq with one request", kMessage + "<MULTIREQ>" + kCreate + "</IMETHODCALL></SIMPLEREQ>\n</MULTIREQ>",
-     zelStatusInvalidSpecificationDocument, Content(4, "Invalid MULTIREQ")},
-    {"method other than create", kMessage + "<SIMPLEREQ><IMETHODCALL NAME=\"GetClass\">",
-     zelStatusInvalidSpecificationDocument, Content(3, "Unexpected IMethodCall method GetClass")},
-    {"parameter other than the new object", kMessage + kCreate + "<IPARAMVALUE NAME=\"ClassName\">",
-     zelStatusInvalidSpecificationDocument, Content(3, "Unexpected IParamValue parameter name")},
-    {"parameter without object", kMessage + kCreate + "<IPARAMVALUE NAME=\"NewInstance\">\n</IPARAMVALUE>",
-     zelStatusInvalidSpecificationDocument, Content(4, "CIM element syntax error")},
-    {"parameter before the namespace path",
-     kMessage + "<SIMPLEREQ><IMETHODCALL NAME=\"CreateClass\"><IPARAMVALUE NAME=\"NewClass\">",
-     zelStatusInvalidSpecificationDocument, Content(3, "Unexpected element iparamvalue")},
-    // SCOPE takes no children: the nested ones are ignored, their end tags pop every state,
-    // and the next start tag finds the stack empty.
-    {"more end tags than states",
-     kGroup + "<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"string\"><SCOPE><a><a><a><a><a><a>"
-              "</a></a></a></a></a></a>\n<b/>",
-     zelStatusInvalidSpecificationDocument, Content(5, "Parser state corrupt")},
+    Bad("property of another type",
+        kGroup + "<VALUE.OBJECT><INSTANCE CLASSNAME=\"ZT_Disk\">\n<PROPERTY NAME=\"Size\" TYPE=\"uint32\">",
+        5, "Property type != property declaration type"),
+    // The instance joins its class only when its object element ends.
+    {"property the class does not have",
+     kGroup + "<VALUE.OBJECT><INSTANCE CLASSNAME=\"ZT_Disk\">\n<PROPERTY NAME=\"Nope\" TYPE=\"string\"/>",
+     zelStatusNotFound,
+     {"ZEL_Core: [Error] TCIMXMLParser: Couldn't find property Nope", Threw("zelStatusNotFound", 5)}},
+    {"superclass defined later",
+     kGroup + "<VALUE.OBJECT><CLASS NAME=\"Late\" SUPERCLASS=\"Early\"/></VALUE.OBJECT>\n"
+              "<VALUE.OBJECT><CLASS NAME=\"Early\"/></VALUE.OBJECT>",
+     zelStatusNotFound, {Threw("zelStatusNotFound", 4)}},
+    Bad("instance name of an unknown class",
+        kNamed + "<VALUE.NAMEDOBJECT>\n<INSTANCENAME CLASSNAME=\"ZT_Nothing\">", 5,
+        "Couldn't find class name ZT_Nothing"),
+    Bad("key binding of an unknown property",
+        kNamedDisk + "<KEYBINDING NAME=\"Bogus\"><KEYVALUE>1</KEYVALUE>\n</KEYBINDING>", 6,
+        "Couldn't find property name Bogus in class ZT_Disk"),
+    Bad("key binding of a property that is not a key",
+        kNamedDisk + "<KEYBINDING NAME=\"Size\"><KEYVALUE>1</KEYVALUE></KEYBINDING>", 5,
+        "Class ZT_Disk doesn't have any key properties"),
+    Bad("key binding and key value together",
+        kNamedDisk + "<KEYBINDING NAME=\"DeviceID\"><KEYVALUE>1</KEYVALUE></KEYBINDING><KEYVALUE>", 5,
+        "Unexpected element keyvalue"),
+    Bad("protocol version", "<CIM>\n<MESSAGE ID=\"1\" PROTOCOLVERSION=\"2.0\">", 2,
+        "Unknown protocol version"),
+    Bad("multireq with one request",
+        kMessage + "<MULTIREQ>" + kCreate + "</IMETHODCALL></SIMPLEREQ>\n</MULTIREQ>", 4,
+        "Invalid MULTIREQ"),
+    Bad("method other than create", kMessage + "<SIMPLEREQ><IMETHODCALL NAME=\"GetClass\">", 3,
+        "Unexpected IMethodCall method GetClass"),
+    Bad("parameter other than the new object", kMessage + kCreate + "<IPARAMVALUE NAME=\"ClassName\">",
+        3, "Unexpected IParamValue parameter name"),
+    Bad("parameter before the namespace path",
+        kMessage + "<SIMPLEREQ><IMETHODCALL NAME=\"CreateClass\"><IPARAMVALUE NAME=\"NewClass\">", 3,
+        "Unexpected element iparamvalue"),
 };
 
 class CIMXMLParserErrorTest : public ZelTest {};
@@ -161,8 +128,6 @@ TEST_F(CIMXMLParserErrorTest, EachMalformedDocumentLogsItsLineAndStops) {
 
 TEST_F(CIMXMLParserErrorTest, AMultiReqOfThreeRequestsIsAccepted) {
   TContainer container;
-  ParseInto(container, DataText("qualifier-declarations.xml"));
-  ParseInto(container, DataText("instances-properties.xml"));
   std::string request = kCreate + "</IMETHODCALL></SIMPLEREQ>";
   ParseInto(container, kMessage + "<MULTIREQ>" + request + request + request +
                            "</MULTIREQ></MESSAGE></CIM>");

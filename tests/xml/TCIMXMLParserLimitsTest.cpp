@@ -3,15 +3,12 @@
 
 #include "ZelTest.h"
 
-#include "TCIMQualifierDecl.h"
-
 namespace {
 
 class CIMXMLParserLimitsTest : public ZelTest {};
 
 std::string Repeat(std::string const& piece, size_t count) {
   std::string out;
-  out.reserve(piece.size() * count);
   for (size_t i = 0; i < count; ++i)
     out += piece;
   return out;
@@ -19,13 +16,6 @@ std::string Repeat(std::string const& piece, size_t count) {
 
 TEST_F(CIMXMLParserLimitsTest, AMillionLevelsDeepAreRejectedWithoutCrashing) {
   size_t const depth = 1000000;
-  // Where no child is allowed, the first one is refused at once.
-  TContainer first;
-  EXPECT_ZEL_THROW(ParseInto(first, "<CIM>" + Repeat("<CIM>", depth) + Repeat("</CIM>", depth) +
-                                        "</CIM>"),
-                   zelStatusInvalidSpecificationDocument);
-  EXPECT_LOGGED("ZEL_Core: [Error] CIM-XML Parser line 1:Unexpected element cim");
-
   // Where children are ignored, they are ignored all the way down; their end tags then pop
   // every state and the parser finds its stack empty.
   TContainer second;
@@ -55,20 +45,6 @@ TEST_F(CIMXMLParserLimitsTest, ReferencesNestedDeepInKeyBindingsUnwindCleanly) {
                     "</DECLARATION></CIM>";
   EXPECT_ZEL_THROW(ParseInto(container, doc), zelStatusNotFound);
   EXPECT_LOGGED("ZEL_Core: [Error] TCIMXMLParser: Threw exception zelStatusNotFound on line 1");
-}
-
-TEST_F(CIMXMLParserLimitsTest, MegabyteNamesAndTextsAreReadWhole) {
-  std::string name = Repeat("Qualifier", 1 << 19);  // 4.5 MB
-  std::string text = Repeat("0123456789abcdef&amp;\n", 1 << 20);  // 22 MiB written, 18 MiB read
-  TContainer container;
-  ParseInto(container, "<CIM><DECLARATION><DECLGROUP><QUALIFIER.DECLARATION NAME='" + name +
-                           "' TYPE=\"string\"><SCOPE CLASS=\"true\"/><VALUE>" + text +
-                           "</VALUE></QUALIFIER.DECLARATION></DECLGROUP></DECLARATION></CIM>");
-  TCIMQualifierDecl* decl = container.GetQualifierDecl(name);
-  EXPECT_EQ(decl->GetName(), name);
-  std::string value = decl->GetValue();
-  EXPECT_EQ(value.size(), size_t(18) << 20);
-  EXPECT_EQ(value, Repeat("0123456789abcdef&\n", 1 << 20));
 }
 
 } // namespace

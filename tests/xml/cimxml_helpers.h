@@ -8,7 +8,6 @@
 #include "TCIMProperty.h"
 #include "TCIMPropertyDecl.h"
 #include "TCIMQualifier.h"
-#include "TCIMQualifierDecl.h"
 #include "TContainer.h"
 
 #include <algorithm>
@@ -24,7 +23,6 @@ inline std::string FileText(std::string const& path) {
   return text.str();
 }
 
-/// The text of tests/xml/data/<name>.
 inline std::string DataText(std::string const& name) {
   return FileText(ZEL_TEST_DATA_DIR "/" + name);
 }
@@ -41,7 +39,6 @@ inline std::vector<TCIMClass*> ParseInto(TContainer& container, std::string cons
   return parser.GetClassesCollected();
 }
 
-/// The names of classes, in order.
 inline std::vector<std::string> ClassNames(std::vector<TCIMClass*> const& classes) {
   std::vector<std::string> names;
   for (TCIMClass* cls : classes)

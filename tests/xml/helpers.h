@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-/// Thrown by TRecordingParser::FatalError when it stops at the first error.
 struct TStopParsing {};
 
 /// Events read "<name a=1 b=2>|text|</name>|?TBD TBD|!message@line|". Text that is not
@@ -55,17 +54,12 @@ public:
   }
   std::string BufferText() const { return std::string(fBuffer.data(), fBuffer.size() - 1); }
 
-  using TXmlParser::GetChar;
-  using TXmlParser::PeekChar;
-  using TXmlParser::UngetChar;
-
   bool fStopAtError;
   std::string fEvents;
   std::vector<std::string> fErrors;
   std::vector<char> fBuffer;
 };
 
-/// The events of parsing xml, stopping at the first error.
 inline std::string Events(std::string const& xml) { return TRecordingParser().Run(xml); }
 
 #endif

@@ -1,5 +1,4 @@
-/* A plugin that fails half-way: one instance, then a failing status. zelcollect must report
- * it, keep what the other plugins collected, and exit with 1. */
+/* A plugin that fails half-way: one instance, then a failing status. */
 #include "../../plugins/testplugins/testplugin.h"
 
 GET_DATA(GetData) {

@@ -1,5 +1,4 @@
-/* The association plugin: two fans, and an association from the computer system (found
- * through zelGetSystemName, collected by another plugin) to each fan. */
+/* Two fans, and associations to them from the system that another plugin collected. */
 #include "testplugin.h"
 
 static const char* const kFans[] = {"FAN0", "FAN1"};

@@ -1,5 +1,4 @@
-/* A plugin of type 1: its document is read, it is never asked for data. Its URLType counts
- * the calls to GetInfo, which shows that nothing is cached. */
+/* A type-1 plugin, never asked for data. Its URLType counts the calls to GetInfo. */
 #include "testplugin.h"
 
 static int gInfoCalls;
