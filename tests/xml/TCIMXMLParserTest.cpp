@@ -208,3 +208,23 @@ TEST_F(CIMXMLParserTest, AMethodPushesNothingSoItsEndTagClosesTheClass) {
   EXPECT_LOGGED("ZEL_Core: [Error] CIM-XML Parser line 2:Unexpected element value.object");
 }
 
+
+// The reader's own number and word conversion must give what the value's text constructor
+// (stream extraction) gives, for every odd text.
+TEST_F(CIMXMLParserTest, ParseValueReadsLikeTheValueTextConstructor) {
+  typedef TCIMValue::TCIMType T;
+  TCIMXMLParser parser(&fContainer);
+  char const* texts[] = {" \t\n42", "42abc", "12.5", "-1", "", "x", "256", "-129", "65536",
+                         "4294967296", "-2147483649", "18446744073709551615",
+                         "-9223372036854775808", "TRUE", " true", "1e3", "0x10", "00042"};
+  for (T::ECIMType type : {T::kBoolean, T::kUint8, T::kSint8, T::kUint16, T::kSint16,
+                           T::kUint32, T::kSint32, T::kUint64, T::kSint64, T::kReal32,
+                           T::kReal64, T::kString}) {
+    for (char const* word : texts) {
+      std::string text = word, again = word;
+      TCIMValue expected(T(type), again, fContainer);
+      EXPECT_TRUE(parser.ParseValue(T(type), text) == expected)
+          << "type " << T(type) << " text '" << word << "'";
+    }
+  }
+}
