@@ -67,7 +67,7 @@ TEST_F(DateTimeTest, MalformedTextIsRejectedAndChangesNothing) {
   EXPECT_TRUE(empty.IsNull());
 }
 
-TEST_F(DateTimeTest, IntervalFieldsAreCheckedTimestampsOnlyByMktime) {
+TEST_F(DateTimeTest, IntervalFieldsAreCheckedTimestampsOnlyByMktimeEachSetKeepsTheOthersFields) {
   TCIMDateTime value(1, 2, 3, 4, 5);
   EXPECT_ZEL_THROW(value.Set(0, 24, 0, 0, 0), zelStatusInvalidDateTime);
   EXPECT_ZEL_THROW(value.Set(0, 0, 60, 0, 0), zelStatusInvalidDateTime);
@@ -80,10 +80,9 @@ TEST_F(DateTimeTest, IntervalFieldsAreCheckedTimestampsOnlyByMktime) {
   // Out-of-range timestamp fields that mktime normalises are kept as given, on purpose.
   EXPECT_EQ(TCIMDateTime(2003, 13, 7, 15, 75, 0, 5000000, 0).ToString(),
             "20031307157500.5000000+000");
-}
 
-TEST_F(DateTimeTest, EachKindOfSetKeepsWhatTheOtherOwns) {
-  TCIMDateTime value = Stamp("20031107153000.000000-300");
+  // Each kind of Set keeps what the other owns.
+  value.Set(std::string("20031107153000.000000-300"));
   value.Set(2, 4, 15, 0, 0);
   EXPECT_TRUE(value.IsInterval());
   EXPECT_EQ(value.GetYear(), 2003);
