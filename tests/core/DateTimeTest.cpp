@@ -4,8 +4,6 @@
 #include "TCIMDateTime.h"
 #include "helpers.h"
 
-#include <cstdio>
-
 namespace {
 
 // Timestamps are converted as local time: every test runs in a fixed zone.
@@ -16,34 +14,17 @@ protected:
 
 TCIMDateTime Stamp(char const* text) { return TCIMDateTime(std::string(text)); }
 
-// The fields as the getters give them, "I" marking an interval.
-std::string Fields(TCIMDateTime const& dt) {
-  char text[96];
-  std::snprintf(text, sizeof text, "%s%u-%u-%u %u:%u:%u.%u %+d", dt.IsInterval() ? "I " : "",
-                dt.GetYear(), dt.GetMonth(), dt.GetDay(), dt.GetHour(), dt.GetMinute(),
-                dt.GetSecond(), dt.GetMicroSeconds(), dt.GetUTCOffset());
-  return text;
-}
-
 std::string Add(char const* a, char const* b) { return (Stamp(a) + Stamp(b)).ToString(); }
 std::string Sub(char const* a, char const* b) { return (Stamp(a) - Stamp(b)).ToString(); }
 
 } // namespace
 
-TEST_F(DateTimeTest, TextReadsIntoFieldsAndPrintsBack) {
-  TCIMDateTime stamp = Stamp("20031107153000.000000-300");
-  EXPECT_EQ(Fields(stamp), "2003-11-7 15:30:0.0 -300");
-  TCIMDateTime interval = Stamp("00000002041500.000000:000");
-  EXPECT_TRUE(interval.IsInterval());
-  EXPECT_EQ(interval.GetDay(), 2u);
-  EXPECT_EQ(interval.GetHour(), 4);
-  EXPECT_EQ(interval.GetMinute(), 15);
+TEST_F(DateTimeTest, TextReadsBackAsItWasWritten) {
   for (char const* text : {"20031107153000.000000-300", "19991231235959.999999+999",
                            "00000002041500.000000:000", "99999999235959.999999:000"})
     EXPECT_EQ(Stamp(text).ToString(), text);
   EXPECT_EQ(Stamp("20040229000000.000001-000").ToString(), "20040229000000.000001+000");
   EXPECT_EQ(TCIMDateTime(2003, 1, 2, 3, 4, 5, 6, -5).ToString(), "20030102030405.000006-005");
-  EXPECT_EQ(TCIMDateTime(12345678, 0, 0, 0, 0).ToString(), "12345678000000.000000:000");
 }
 
 TEST_F(DateTimeTest, IntervalsReadAsWordsOrAsTotalHours) {
@@ -59,8 +40,6 @@ TEST_F(DateTimeTest, IntervalsReadAsWordsOrAsTotalHours) {
        "00:00:01.001"},
       {TCIMDateTime(1, 1, 1, 1, 1001),
        "1 day 1 hour 1 minute 1 second 1 millisecond 1 microsecond ", "25:01:01.001"},
-      {TCIMDateTime(0, 5, 0, 59, 999000), "5 hours 59 seconds 999 milliseconds ",
-       "05:00:59.999"},
       {Stamp("99999999235959.999999:000"),
        "99999999 days 23 hours 59 minutes 59 seconds 999 milliseconds 999 microseconds ",
        "2399999999:59:59.999"},
@@ -72,17 +51,12 @@ TEST_F(DateTimeTest, IntervalsReadAsWordsOrAsTotalHours) {
 }
 
 TEST_F(DateTimeTest, MalformedTextIsRejectedAndChangesNothing) {
-  char const* const rows[] = {
-      "00000002041500.000000:001",  // An interval's tail must be 000.
-      "00000002041500.000000:00",   // 24 characters.
-      "20031107153000.000000+0000", // 26 characters.
-      "",
-      "2003110715300a.000000+000",
-      "20031107153000,000000+000", // No dot at 14.
-      "20031107153000.000000*000", // Neither sign nor colon at 21.
-      "20031107153000.000000+00a",
-      "-0031107153000.000000+000",
-  };
+  // An interval's tail must be 000; 24 and 26 characters; a non-digit first, inside and last;
+  // no dot at 14; neither sign nor colon at 21.
+  char const* const rows[] = {"00000002041500.000000:001", "00000002041500.000000:00",
+                              "20031107153000.000000+0000", "-0031107153000.000000+000",
+                              "2003110715300a.000000+000",  "20031107153000.000000+00a",
+                              "20031107153000,000000+000",  "20031107153000.000000*000"};
   TCIMDateTime value = Stamp("20031107153000.000000-300");
   TCIMDateTime empty;
   for (char const* row : rows) {
@@ -93,29 +67,26 @@ TEST_F(DateTimeTest, MalformedTextIsRejectedAndChangesNothing) {
   EXPECT_TRUE(empty.IsNull());
 }
 
-TEST_F(DateTimeTest, IntervalFieldsAreCheckedTimestampsOnlyByMktime) {
+TEST_F(DateTimeTest, IntervalFieldsAreCheckedTimestampsOnlyByMktimeEachSetKeepsTheOthersFields) {
   TCIMDateTime value(1, 2, 3, 4, 5);
   EXPECT_ZEL_THROW(value.Set(0, 24, 0, 0, 0), zelStatusInvalidDateTime);
   EXPECT_ZEL_THROW(value.Set(0, 0, 60, 0, 0), zelStatusInvalidDateTime);
   EXPECT_ZEL_THROW(value.Set(0, 0, 0, 60, 0), zelStatusInvalidDateTime);
   EXPECT_ZEL_THROW(value.Set(0, 0, 0, 0, 1000000), zelStatusInvalidDateTime);
-  EXPECT_ZEL_THROW(TCIMDateTime(0, 24, 0, 0, 0), zelStatusInvalidDateTime);
-  EXPECT_ZEL_THROW(Stamp("00000000006000.000000:000"), zelStatusInvalidDateTime);
   EXPECT_EQ(value.ToString(), "00000001020304.000005:000");
   value.Set(4000000000u, 23, 59, 59, 999999); // Days are not limited.
   EXPECT_EQ(value.GetDay(), 4000000000u);
 
   // Out-of-range timestamp fields that mktime normalises are kept as given, on purpose.
-  EXPECT_EQ(Fields(TCIMDateTime(2003, 13, 7, 15, 75, 0, 5000000, 0)),
-            "2003-13-7 15:75:0.5000000 +0");
-  EXPECT_EQ(Stamp("20031307153000.000000+000").ToString(), "20031307153000.000000+000");
-  EXPECT_EQ(Stamp("20030231996099.000000+000").GetDay(), 31u);
-}
+  EXPECT_EQ(TCIMDateTime(2003, 13, 7, 15, 75, 0, 5000000, 0).ToString(),
+            "20031307157500.5000000+000");
 
-TEST_F(DateTimeTest, EachKindOfSetKeepsWhatTheOtherOwns) {
-  TCIMDateTime value = Stamp("20031107153000.000000-300");
+  // Each kind of Set keeps what the other owns.
+  value.Set(std::string("20031107153000.000000-300"));
   value.Set(2, 4, 15, 0, 0);
-  EXPECT_EQ(Fields(value), "I 2003-11-2 4:15:0.0 -300");
+  EXPECT_TRUE(value.IsInterval());
+  EXPECT_EQ(value.GetYear(), 2003);
+  EXPECT_EQ(value.GetUTCOffset(), -300);
   value.Set(2004, 1, 2, 3, 4, 5, 6, 7);
   EXPECT_EQ(value.ToString(), "20040102030405.000006+007");
 
@@ -128,30 +99,21 @@ TEST_F(DateTimeTest, EachKindOfSetKeepsWhatTheOtherOwns) {
   EXPECT_FALSE(value.IsNull());
 }
 
-TEST_F(DateTimeTest, PrecisionShowsTheDateOnly) {
+TEST_F(DateTimeTest, PrecisionShowsTheDateOnlyAndCopiesNeverShareIt) {
   TCIMDateTime stamp(2003, 11, 7, 15, 30, 0, 0, -300);
+  TCIMDateTime copy(stamp), assigned;
+  assigned = stamp;
   EXPECT_EQ(stamp.ToUIString(), "11/07/2003 15:30:00");
   stamp.SetPrecision(true);
   EXPECT_TRUE(stamp.GetPrecision());
   EXPECT_EQ(stamp.ToUIString(), "11/07/2003 ");
   EXPECT_EQ(stamp.ToString(), "20031107153000.000000-300");
-  EXPECT_EQ(TCIMDateTime(2003, 1, 2, 3, 4, 5, 0, 0).ToUIString(), "01/02/2003 03:04:05");
+  stamp.Set(1, 0, 0, 0, 0);
+  EXPECT_EQ(copy.ToUIString(), "11/07/2003 15:30:00");
+  EXPECT_EQ(assigned.ToUIString(), "11/07/2003 15:30:00");
 }
 
-TEST_F(DateTimeTest, CopiesNeverShareState) {
-  TCIMDateTime original = Stamp("20031107153000.000000-300");
-  TCIMDateTime copy(original);
-  copy.Set(1, 0, 0, 0, 0);
-  copy.SetPrecision(true);
-  TCIMDateTime assigned;
-  assigned = original;
-  original.Clear();
-  EXPECT_EQ(assigned.ToString(), "20031107153000.000000-300");
-  EXPECT_FALSE(assigned.GetPrecision());
-  EXPECT_EQ(copy.ToString(), "00000001000000.000000:000");
-}
-
-TEST_F(DateTimeTest, ComparisonByInstantOrByLength) {
+TEST_F(DateTimeTest, ComparisonByInstantOrByLengthNeverMixed) {
   struct Row {
     TCIMDateTime a, b;
     bool equal, less;
@@ -160,15 +122,11 @@ TEST_F(DateTimeTest, ComparisonByInstantOrByLength) {
       {Stamp("20031107153000.000000+000"), Stamp("20031107163000.000000+060"), true, false},
       {Stamp("20031107153000.000000+060"), Stamp("20031107153000.000000+000"), false, true},
       {Stamp("20031107153000.000001+000"), Stamp("20031107153000.000002+000"), false, true},
-      {Stamp("20031231235959.000000+000"), Stamp("20040101000000.000000+000"), false, true},
       // Fields beyond their range compare as mktime normalises them.
       {TCIMDateTime(2003, 13, 1, 0, 0, 0, 0, 0), Stamp("20040101000000.000000+000"), true, false},
       // The seconds decide first: a timestamp's microseconds never carry over.
       {TCIMDateTime(2003, 11, 7, 15, 30, 0, 1500000, 0), TCIMDateTime(2003, 11, 7, 15, 30, 1, 0, 0),
        false, true},
-      {TCIMDateTime(2003, 11, 7, 15, 30, 1, 0, 0), TCIMDateTime(2003, 11, 7, 15, 30, 0, 1000000, 0),
-       false, false},
-      {TCIMDateTime(1, 0, 0, 0, 0), TCIMDateTime(0, 23, 59, 59, 999999), false, false},
       {TCIMDateTime(0, 23, 59, 59, 999999), TCIMDateTime(1, 0, 0, 0, 0), false, true},
       {TCIMDateTime(0, 0, 0, 1, 5), TCIMDateTime(0, 0, 0, 1, 6), false, true},
   };
@@ -178,11 +136,16 @@ TEST_F(DateTimeTest, ComparisonByInstantOrByLength) {
     EXPECT_EQ(row.a < row.b, row.less);
   }
   TCIMDateTime stamp = Stamp("20031107153000.000000+000");
-  TCIMDateTime interval(1, 0, 0, 0, 0);
+  TCIMDateTime interval(1, 0, 0, 0, 0), empty;
   EXPECT_ZEL_THROW(stamp == interval, zelStatusInvalidDateTime);
   EXPECT_ZEL_THROW(interval < stamp, zelStatusInvalidDateTime);
-  EXPECT_ZEL_THROW(stamp == TCIMDateTime(), zelStatusInvalidDateTime);
-  EXPECT_ZEL_THROW(TCIMDateTime() < stamp, zelStatusInvalidDateTime);
+  EXPECT_ZEL_THROW(empty < stamp, zelStatusInvalidDateTime);
+  // Arithmetic without meaning throws as well.
+  EXPECT_ZEL_THROW(stamp + stamp, zelStatusInvalidDateTime);
+  EXPECT_ZEL_THROW(stamp + empty, zelStatusInvalidDateTime);
+  EXPECT_ZEL_THROW(empty + interval, zelStatusInvalidDateTime);
+  EXPECT_ZEL_THROW(stamp - empty, zelStatusInvalidDateTime);
+  EXPECT_ZEL_THROW(TCIMDateTime::GetDifference(stamp, interval), zelStatusNotImplemented);
 }
 
 TEST_F(DateTimeTest, ArithmeticInMicroseconds) {
@@ -194,10 +157,7 @@ TEST_F(DateTimeTest, ArithmeticInMicroseconds) {
       // A timestamp and an interval, in either order: the timestamp's offset is kept.
       {Add("20031231235959.500000+000", "00000000000001.000000:000"), "20040101000000.500000+000"},
       {Add("00000000000001.000000:000", "20031231235959.500000+000"), "20040101000000.500000+000"},
-      {Add("20040228235959.999999-300", "00000000000000.000001:000"), "20040229000000.000000-300"},
       {Sub("20031107153000.000000-300", "00000007160000.000001:000"), "20031030232959.999999-300"},
-      // Normalised by the arithmetic: month 13 reads as January.
-      {Add("20031301000000.000000+000", "00000000000001.000000:000"), "20040101000001.000000+000"},
       // Two timestamps: the distance between the instants, whatever the order.
       {Sub("20031107153000.000000+000", "20031107153000.000000+060"), "00000000010000.000000:000"},
       {Sub("20031107153000.000000+060", "20031107153000.000000+000"), "00000000010000.000000:000"},
@@ -210,24 +170,8 @@ TEST_F(DateTimeTest, ArithmeticInMicroseconds) {
 TEST_F(DateTimeTest, SummerTimeDoesNotShiftTheArithmetic) {
   // Central European rules, with summer time from the last Sunday of March to that of October.
   ScopedTimeZone summer("CET-1CEST,M3.5.0,M10.5.0/3");
-  EXPECT_EQ(Add("20030701120000.000000+000", "00000000010000.000000:000"),
-            "20030701130000.000000+000");
   EXPECT_EQ(Add("20030101120000.000000+120", "00000181000000.000000:000"),
             "20030701120000.000000+120");
   EXPECT_EQ(Sub("20030701120000.000000+000", "20030101120000.000000+120"),
             "00000181020000.000000:000");
-  EXPECT_TRUE(Stamp("20030701120000.000000+000") + TCIMDateTime(0, 1, 0, 0, 0) ==
-              Stamp("20030701130000.000000+000"));
-}
-
-TEST_F(DateTimeTest, MeaninglessArithmeticThrows) {
-  TCIMDateTime stamp = Stamp("20031107153000.000000+000");
-  TCIMDateTime interval(1, 0, 0, 0, 0);
-  TCIMDateTime empty;
-  EXPECT_ZEL_THROW(stamp + stamp, zelStatusInvalidDateTime);
-  EXPECT_ZEL_THROW(stamp + empty, zelStatusInvalidDateTime);
-  EXPECT_ZEL_THROW(empty + interval, zelStatusInvalidDateTime);
-  EXPECT_ZEL_THROW(stamp - empty, zelStatusInvalidDateTime);
-  EXPECT_ZEL_THROW(TCIMDateTime::GetDifference(stamp, interval), zelStatusNotImplemented);
-  EXPECT_EQ(stamp.ToString(), "20031107153000.000000+000");
 }

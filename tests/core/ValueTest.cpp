@@ -1,10 +1,8 @@
 // TCIMValue: types and their names, strict access, parsing, text, arrays, comparison, copies.
 #include "ZelTest.h"
 
-#include "ILogger.h"
 #include "TCIMDateTime.h"
 #include "TCIMValue.h"
-#include "TRootObject.h"
 #include "helpers.h"
 
 #include <climits>
@@ -27,104 +25,70 @@ TCIMValue Parse(T type, std::string text) {
 TCIMValue U8(int n) { return TCIMValue(static_cast<unsigned char>(n)); }
 TCIMValue S16(int n) { return TCIMValue(static_cast<short>(n)); }
 
-// What the accessors make of v: "accessor=value" for each one that accepts it.
-std::string Reads(TCIMValue& v) {
-  std::ostringstream out;
-  auto read = [&](char const* name, auto get) {
-    try {
-      auto got = get();
-      out << name << "=" << got;
-    } catch (TZELException const& e) {
-      EXPECT_ZEL_STATUS(e.GetCode(), zelStatusTypeMismatch) << name;
-    }
-  };
-  read("bool", [&] { return static_cast<bool>(v); });
-  read("uchar", [&] { return +static_cast<unsigned char>(v); });
-  read("schar", [&] { return +static_cast<signed char>(v); });
-  read("ushort", [&] { return static_cast<unsigned short>(v); });
-  read("short", [&] { return static_cast<short>(v); });
-  read("uint", [&] { return static_cast<unsigned int>(v); });
-  read("int", [&] { return static_cast<int>(v); });
-  read("ulong", [&] { return static_cast<unsigned long>(v); });
-  read("long", [&] { return static_cast<long>(v); });
-  read("float", [&] { return static_cast<float>(v); });
-  read("double", [&] { return static_cast<double>(v); });
-  read("string", [&] { return static_cast<std::string>(v); });
-  read("datetime", [&] { return static_cast<TCIMDateTime>(v).ToString(); });
-  read("array", [&] { return static_cast<std::vector<TCIMValue>&>(v).size(); });
-  return out.str();
-}
-
 } // namespace
 
-TEST_F(ValueTest, EachNativeTypeHasItsCIMTypeOneAccessorAndItsTexts) {
+TEST_F(ValueTest, EachNativeTypeHasItsCIMTypeNameOneAccessorAndItsTexts) {
   struct Row {
     TCIMValue value;
     char const* type;
-    char const* reads;
     char const* decimal;
     char const* hex; // Null where radices 16 and 8 are refused.
   };
   Row rows[] = {
-      {TCIMValue(true), "boolean", "bool=1", "true", "true"},
-      {U8(65), "uint8", "uchar=65", "65", "41"}, // A number, never a character.
-      {TCIMValue(static_cast<signed char>(-128)), "sint8", "schar=-128", "-128", nullptr},
-      {TCIMValue(static_cast<unsigned short>(65535)), "uint16", "ushort=65535", "65535", "FFFF"},
-      {S16(-300), "sint16", "short=-300", "-300", nullptr},
-      {TCIMValue(4000000000u), "uint32", "uint=4000000000", "4000000000", "EE6B2800"},
-      {TCIMValue(-7), "sint32", "int=-7", "-7", nullptr},
-      {TCIMValue(~0ul), "uint64", "ulong=18446744073709551615", "18446744073709551615",
-       "FFFFFFFFFFFFFFFF"},
-      {TCIMValue(LONG_MIN), "sint64", "long=-9223372036854775808", "-9223372036854775808",
-       nullptr},
-      {TCIMValue(0.1f), "real32", "float=0.1", "0.1", nullptr},
-      {TCIMValue(1e20), "real64", "double=1e+20", "1e+20", nullptr},
-      {TCIMValue(std::string("M \"x\"")), "string", "string=M \"x\"", "M \"x\"", "M \"x\""},
-      {TCIMValue(TCIMDateTime(1, 2, 3, 4, 5)), "datetime", "datetime=00000001020304.000005:000",
-       "00000001020304.000005:000", "00000001020304.000005:000"},
+      {TCIMValue(true), "boolean", "true", "true"},
+      {U8(65), "uint8", "65", "41"}, // A number, never a character.
+      {TCIMValue(static_cast<signed char>(-128)), "sint8", "-128", nullptr},
+      {TCIMValue(static_cast<unsigned short>(65535)), "uint16", "65535", "FFFF"},
+      {S16(-300), "sint16", "-300", nullptr},
+      {TCIMValue(4000000000u), "uint32", "4000000000", "EE6B2800"},
+      {TCIMValue(-7), "sint32", "-7", nullptr},
+      {TCIMValue(~0ul), "uint64", "18446744073709551615", "FFFFFFFFFFFFFFFF"},
+      {TCIMValue(LONG_MIN), "sint64", "-9223372036854775808", nullptr},
+      {TCIMValue(0.1f), "real32", "0.1", nullptr},
+      {TCIMValue(1e20), "real64", "1e+20", nullptr},
+      {TCIMValue(std::string("M \"x\"")), "string", "M \"x\"", "M \"x\""},
+      {TCIMValue(TCIMDateTime(1, 2, 3, 4, 5)), "datetime", "00000001020304.000005:000",
+       "00000001020304.000005:000"},
   };
   for (Row& row : rows) {
-    SCOPED_TRACE(row.reads);
+    SCOPED_TRACE(row.type);
     EXPECT_EQ(row.value.GetType().ToString(), row.type);
     EXPECT_EQ(T(std::string(row.type)), row.value.GetType());
-    EXPECT_EQ(Reads(row.value), row.reads);
     EXPECT_EQ(row.value.ToString(10), row.decimal);
     EXPECT_TRUE(Parse(row.value.GetType(), row.decimal) == row.value); // Text reads back.
     if (row.hex)
       EXPECT_EQ(row.value.ToString(16), row.hex);
     else
       EXPECT_ZEL_THROW(row.value.ToString(16), zelStatusNotSupported);
-    // Every numeric type refuses other radices, booleans included.
-    if (row.value.GetType() <= T::kReal64)
+    if (row.value.GetType() <= T::kReal64) // Booleans too refuse other radices.
       EXPECT_ZEL_THROW(row.value.ToString(2), zelStatusNotSupported);
-    else
-      EXPECT_EQ(row.value.ToString(2), row.decimal);
   }
   EXPECT_EQ(TCIMValue(255u).ToString(8), "377");
-  EXPECT_ZEL_THROW(TCIMValue(-7).ToString(8), zelStatusNotSupported);
-}
-
-TEST_F(ValueTest, TypeNamesReadCaseInsensitivelyAndPrintWithoutTheArrayBit) {
+  // Names read case-insensitively and print without the array bit.
   EXPECT_EQ(T("UINT16"), T::kUint16);
-  EXPECT_EQ(T("DateTime"), T::kDateTime);
-  for (char const* bad : {"char", "reference", "uint8 ", "", "\xc9uint8"}) {
-    SCOPED_TRACE(bad);
+  for (char const* bad : {"char", "reference", "uint8 ", "", "\xc9uint8"})
     EXPECT_ZEL_THROW(T{std::string(bad)}, zelStatusTypeMismatch);
-  }
   EXPECT_EQ(T(T::kChar).ToString(), "char");
-  EXPECT_EQ(T(T::kReference).ToString(), "reference");
   EXPECT_ZEL_THROW(T().ToString(), zelStatusTypeMismatch);
-  EXPECT_ZEL_THROW(T(T::kArray).ToString(), zelStatusTypeMismatch);
   std::ostringstream out;
-  out << T(T::kReal64) << "|" << T(static_cast<T::ECIMType>(T::kString | T::kArray));
-  EXPECT_EQ(out.str(), "real64|string");
+  out << T(static_cast<T::ECIMType>(T::kString | T::kArray));
+  EXPECT_EQ(out.str(), "string");
+
+  // Access is strict: only the accessor of the exact type answers, with no widening or
+  // narrowing (one accessor stands for the others made the same way).
+  TCIMValue byte = U8(200), wide(LONG_MIN), text("x");
+  EXPECT_EQ(static_cast<unsigned char>(byte), 200);
+  EXPECT_EQ(static_cast<long>(wide), LONG_MIN);
+  EXPECT_EQ(static_cast<std::string>(text), "x");
+  EXPECT_ZEL_THROW(static_cast<unsigned int>(byte), zelStatusTypeMismatch);
+  EXPECT_ZEL_THROW(static_cast<int>(wide), zelStatusTypeMismatch);
+  EXPECT_ZEL_THROW(static_cast<std::string>(wide), zelStatusTypeMismatch);
+  EXPECT_ZEL_THROW((void)static_cast<std::vector<TCIMValue>&>(text), zelStatusTypeMismatch);
 }
 
 TEST_F(ValueTest, NullValuesKeepTheirTypeAndAreReportedBeforeIt) {
   TCIMValue scalar(T::kUint8, 0), array(T::kUint8, 5);
-  EXPECT_FALSE(scalar.IsArray());
   EXPECT_EQ(array.GetType(), 18);
-  EXPECT_TRUE(array.IsNull());
   EXPECT_EQ(array.GetMaxArraySize(), 5u);
   EXPECT_TRUE(TCIMValue(T::kReference, 0).IsReference());
   EXPECT_FALSE(TCIMValue(T::kReference, 3).IsReference());
@@ -133,23 +97,17 @@ TEST_F(ValueTest, NullValuesKeepTheirTypeAndAreReportedBeforeIt) {
   EXPECT_ZEL_THROW(static_cast<int>(TCIMValue(T::kString, 0)), zelStatusValueIsNULL);
   EXPECT_ZEL_THROW((void)static_cast<std::vector<TCIMValue>&>(array), zelStatusValueIsNULL);
   EXPECT_ZEL_THROW(scalar.ToString(2), zelStatusValueIsNULL);
-  EXPECT_ZEL_THROW(TCIMValue().ToString(10), zelStatusValueIsNULL);
 }
 
 TEST_F(ValueTest, ArraysPrintTheirElementsAndRefuseForeignOnes) {
   EXPECT_EQ(TCIMValue(T::kUint8, 0, Elements({})).ToString(10), "{  }");
-  EXPECT_EQ(TCIMValue(T::kString, 0, Elements({"a", "b c"})).ToString(10), "{ a, b c }");
-  EXPECT_ZEL_THROW(TCIMValue(T::kSint32, 0, Elements({-1})).ToString(16), zelStatusNotSupported);
   TCIMValue wide(T::kUint32, 1, Elements({255u, 16u}));
-  EXPECT_EQ(wide.GetMaxArraySize(), 1u); // Not checked against the elements.
   EXPECT_EQ(wide.ToString(16), "{ FF, 10 }");
-
   std::vector<TCIMValue>& elements = wide; // Modifiable in place.
   elements[1] = TCIMValue(9u);
   elements.push_back(TCIMValue(10u));
   EXPECT_EQ(wide.ToString(10), "{ 255, 9, 10 }");
   EXPECT_ZEL_THROW(static_cast<unsigned int>(wide), zelStatusTypeMismatch);
-  EXPECT_TRUE(LoggedLines().empty());
 
   TCIMValue value;
   EXPECT_ZEL_THROW(value.Set(T::kUint8, 3, Elements({U8(1), TCIMValue(1.5f), "x"})),
@@ -158,31 +116,22 @@ TEST_F(ValueTest, ArraysPrintTheirElementsAndRefuseForeignOnes) {
                                                     "create array of type uint8, but element "
                                                     "is of type real32."});
   // The value keeps the new array body.
-  EXPECT_EQ(value.GetType(), 18);
   EXPECT_EQ(value.GetMaxArraySize(), 3u);
   EXPECT_EQ(static_cast<std::vector<TCIMValue>&>(value).size(), 3u);
-
-  // Logged at severity error: kept with the threshold at its lowest.
-  TRootObject::GetCoreLogger()->SetLogThreshold(zelLogError);
-  EXPECT_ZEL_THROW(TCIMValue(T::kString, 0, Elements({"a", 1.5})), zelStatusInvalidProperty);
-  EXPECT_LOGGED("ZEL_Core: [Error] ERROR: Attempting to create array of type string, but "
-                "element is of type real64.");
 }
 
 TEST_F(ValueTest, ScalarSettersReplaceTypeAndBodyButKeepClassAndSize) {
   TCIMClass& someClass = Placeholder<TCIMClass>(1);
-  TCIMClass& otherClass = Placeholder<TCIMClass>(2);
   TCIMValue value(T::kUint8, 4);
   value.SetReferencedClass(someClass);
-  value.Set(7u);
-  EXPECT_EQ(Reads(value), "uint=7");
   value.Set(TCIMDateTime(0, 0, 0, 1, 0));
   EXPECT_EQ(value.GetType(), T::kDateTime);
   EXPECT_EQ(value.GetReferencedClass(), &someClass);
   EXPECT_EQ(value.GetMaxArraySize(), 4u);
 
   // The class may only be set while the value is NULL, and stays as it was.
-  EXPECT_ZEL_THROW(value.SetReferencedClass(otherClass), zelStatusInvalidOpSequence);
+  EXPECT_ZEL_THROW(value.SetReferencedClass(Placeholder<TCIMClass>(2)),
+                   zelStatusInvalidOpSequence);
   EXPECT_EQ(value.GetReferencedClass(), &someClass);
 
   // SetNullValue takes the size only for an array type.
@@ -192,19 +141,14 @@ TEST_F(ValueTest, ScalarSettersReplaceTypeAndBodyButKeepClassAndSize) {
   EXPECT_EQ(value.GetMaxArraySize(), 4u);
   value.SetNullValue(static_cast<T::ECIMType>(T::kUint16 | T::kArray), 9);
   EXPECT_EQ(value.GetMaxArraySize(), 9u);
-  value.SetReferencedClass(otherClass);
-  EXPECT_EQ(value.GetReferencedClass(), &otherClass);
 }
 
 TEST_F(ValueTest, TextIsReadByStreamExtractionOfTheType) {
   EXPECT_EQ(Parse(T::kBoolean, " true").ToString(10), "true");
   EXPECT_EQ(Parse(T::kUint8, "300").ToString(10), "44"); // Read wide, then cut to 8 bits.
   EXPECT_EQ(Parse(T::kSint8, "200").ToString(10), "-56");
-  EXPECT_EQ(Parse(T::kUint16, "  65535xyz").ToString(10), "65535");
   EXPECT_EQ(Parse(T::kSint32, "\t-12 34").ToString(10), "-12");
-  EXPECT_EQ(Parse(T::kReal64, "2.5e3").ToString(10), "2500");
   EXPECT_EQ(Parse(T::kString, " a b ").ToString(10), " a b ");
-  EXPECT_ZEL_THROW(Parse(T::kNull, "1"), zelStatusTypeMismatch);
   EXPECT_ZEL_THROW(Parse(T::kChar, "1"), zelStatusTypeMismatch);
   EXPECT_ZEL_THROW(Parse(static_cast<T::ECIMType>(T::kUint8 | T::kArray), "1"),
                    zelStatusTypeMismatch);
@@ -232,34 +176,24 @@ TEST_F(ValueTest, EqualityAndOrderGoByNullThenTypeThenBody) {
       {"NULL references to one class", toOne, toOneAgain, true, 0},
       {"NULL references to two classes", toOne, toOther, false, 0},
       {"NULL before a value", TCIMValue(T::kUint8, 0), U8(0), false, 1},
-      {"untyped NULL before a string", TCIMValue(), TCIMValue(""), false, 1},
       {"uint8 before any string", U8(255), TCIMValue(""), false, 1},
       {"sint32 after uint32", TCIMValue(1), TCIMValue(1u), false, 0},
-      {"sint32 before real64", TCIMValue(5), TCIMValue(-1e300), false, 1},
-      {"booleans", TCIMValue(false), TCIMValue(true), false, 1},
       {"uint8 unsigned", U8(100), U8(200), false, 1},
       {"sint8 signed", TCIMValue(static_cast<signed char>(-1)),
        TCIMValue(static_cast<signed char>(0)), false, 1},
-      {"uint32", TCIMValue(1u), TCIMValue(4000000000u), false, 1},
-      {"uint64", TCIMValue(1ul), TCIMValue(~0ul), false, 1},
-      {"sint64 in full width", TCIMValue(1l << 40), TCIMValue(1l << 41), false, 1},
-      {"sint64 signed", TCIMValue(LONG_MIN), TCIMValue(0l), false, 1},
-      {"real32", TCIMValue(-0.5f), TCIMValue(0.25f), false, 1},
+      {"sint64 signed, full width", TCIMValue(LONG_MIN), TCIMValue(1l << 40), false, 1},
       {"real64", TCIMValue(2.0), TCIMValue(-3.0), false, 0},
       {"NaN", nan, nan, false, 0},
       {"signed zeros", TCIMValue(0.0), TCIMValue(-0.0), true, 0},
       {"strings by case", TCIMValue("abc"), TCIMValue("ABC"), false, 0},
       {"unsigned bytes", TCIMValue("a"), TCIMValue("\xff"), false, 1},
       {"bytes before length", TCIMValue("ab"), TCIMValue("b"), false, 1},
-      {"then length", TCIMValue("a"), TCIMValue("ab"), false, 1},
       {"embedded NUL", withNul, TCIMValue("a"), false, 0},
       {"timestamps as instants", TCIMValue(TCIMDateTime("20031107153000.000000+000")),
        TCIMValue(TCIMDateTime("20031107163000.000000+060")), true, 0},
       {"arrays whatever their bounds", pair, TCIMValue(T::kSint16, 7, Elements({S16(1), S16(2)})),
        true, -1},
-      {"shorter array", pair, TCIMValue(T::kSint16, 0, Elements({S16(1)})), false, -1},
-      {"other element", pair, TCIMValue(T::kSint16, 0, Elements({S16(1), S16(3)})), false, -1},
-      {"scalar before array", S16(1), pair, false, 1},
+      {"other elements", pair, TCIMValue(T::kSint16, 0, Elements({S16(1)})), false, -1},
   };
   for (Row const& row : rows) {
     SCOPED_TRACE(row.what);
@@ -269,31 +203,19 @@ TEST_F(ValueTest, EqualityAndOrderGoByNullThenTypeThenBody) {
     else
       EXPECT_EQ(row.a < row.b, row.less == 1);
   }
-  // A timestamp refuses to meet an interval.
-  EXPECT_ZEL_THROW(TCIMValue(TCIMDateTime("20031107153000.000000+000")) ==
-                       TCIMValue(TCIMDateTime(1, 0, 0, 0, 0)),
-                   zelStatusInvalidDateTime);
-}
-
-TEST_F(ValueTest, DerivedOperatorsFollowEqualityAndLess) {
-  EXPECT_TRUE(TCIMValue(1) != TCIMValue(2));
-  EXPECT_TRUE(TCIMValue(1) >= TCIMValue(1));
-  // NaN is neither equal nor less: so it counts as greater, both ways.
-  TCIMValue nan(std::nan("")), half(0.5);
-  EXPECT_TRUE(nan > half);
-  EXPECT_TRUE(half > nan);
+  // The derived operators: NaN is neither equal nor less, so it counts as greater, both ways.
+  TCIMValue half(0.5);
+  EXPECT_TRUE(nan > half && half > nan && nan >= half && nan != half);
   EXPECT_FALSE(nan <= half);
 }
 
 TEST_F(ValueTest, CopiesAreDeepUnlessTheSourceIsEqual) {
   TCIMValue original(T::kString, 0, Elements({"a", "b"}));
-  TCIMValue copy(original);
-  static_cast<std::vector<TCIMValue>&>(copy)[0].Set("changed");
-  TCIMValue assigned;
+  TCIMValue copy(original), assigned;
   assigned = original;
-  static_cast<std::vector<TCIMValue>&>(original).clear();
+  static_cast<std::vector<TCIMValue>&>(original)[0].Set("changed");
   assigned = assigned;
-  EXPECT_EQ(copy.ToString(10), "{ changed, b }");
+  EXPECT_EQ(copy.ToString(10), "{ a, b }");
   EXPECT_EQ(assigned.ToString(10), "{ a, b }");
 
   TCIMValue reference(T::kReference, 0);
@@ -311,18 +233,12 @@ TEST_F(ValueTest, CopiesAreDeepUnlessTheSourceIsEqual) {
   EXPECT_EQ(target.GetMaxArraySize(), 9u);
   EXPECT_EQ(target.ToString(10), "{ 2 }");
 
-  // Bodies that refuse to compare are different: the copy goes ahead.
-  TCIMValue unset(TCIMDateTime{});
-  unset = TCIMValue(TCIMDateTime(1, 0, 0, 0, 0));
-  EXPECT_EQ(unset.ToString(10), "00000001000000.000000:000");
-
   // Untyped and char values cannot be copied; the target is left an untyped NULL.
-  EXPECT_ZEL_THROW(unset = TCIMValue(), zelStatusTypeMismatch);
-  EXPECT_TRUE(unset.IsNull());
-  EXPECT_EQ(unset.GetType(), T::kNull);
+  EXPECT_ZEL_THROW(target = TCIMValue(), zelStatusTypeMismatch);
+  EXPECT_TRUE(target.IsNull());
+  EXPECT_EQ(target.GetType(), T::kNull);
   TCIMValue charValue(T::kChar, 0);
   EXPECT_ZEL_THROW(TCIMValue copy(charValue), zelStatusTypeMismatch);
-  EXPECT_ZEL_THROW(TCIMValue moved(std::move(charValue)), zelStatusTypeMismatch);
   TCIMValue charArray(T::kChar, 2);
   EXPECT_EQ(TCIMValue(charArray).GetMaxArraySize(), 2u); // An array copies its bound only.
 }
@@ -333,7 +249,7 @@ TEST_F(ValueTest, AValueCanBeSetFromItsOwnElements) {
   EXPECT_EQ(value.ToString(10), "{ 1, 2 }");
   TCIMValue same(value);
   value = static_cast<std::vector<TCIMValue>&>(value)[1];
-  EXPECT_EQ(Reads(value), "uchar=2");
+  EXPECT_EQ(static_cast<unsigned char>(value), 2);
   same = std::move(static_cast<std::vector<TCIMValue>&>(same)[0]);
-  EXPECT_EQ(Reads(same), "uchar=1");
+  EXPECT_EQ(static_cast<unsigned char>(same), 1);
 }

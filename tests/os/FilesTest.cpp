@@ -8,50 +8,41 @@
 using ::testing::IsEmpty;
 using ::testing::UnorderedElementsAre;
 
-class FilesTest : public ZelTest {
-protected:
-  // A fixed file-creation mask, so created modes are predictable.
-  void SetUp() override {
-    ZelTest::SetUp();
-    fMask = ::umask(022);
-  }
-  void TearDown() override {
-    ::umask(fMask);
-    ZelTest::TearDown();
-  }
-  static mode_t ModeOf(std::string const& path) {
-    struct stat status;
-    EXPECT_EQ(::stat(path.c_str(), &status), 0) << path;
-    return status.st_mode & 07777;
-  }
+class FilesTest : public ZelTest {};
 
-  mode_t fMask = 0;
-};
+static mode_t ModeOf(std::string const& path) {
+  struct stat status = {};
+  EXPECT_EQ(::stat(path.c_str(), &status), 0) << path;
+  return status.st_mode & 07777;
+}
 
-TEST_F(FilesTest, ExistenceAndSize) {
+TEST_F(FilesTest, ExistenceSizeAndListing) {
   std::string file = WriteFile("five", "12345");
   EXPECT_TRUE(TOSSpecific::FileExists(file));
   EXPECT_FALSE(TOSSpecific::DirExists(file));
   EXPECT_TRUE(TOSSpecific::DirExists(fTempDir));
   EXPECT_FALSE(TOSSpecific::FileExists(fTempDir));
   EXPECT_FALSE(TOSSpecific::FileExists(TempPath("missing")));
-  EXPECT_FALSE(TOSSpecific::DirExists(TempPath("missing")));
   EXPECT_TRUE(TOSSpecific::FileExists("/dev/null")); // Whatever is not a directory.
-
   EXPECT_EQ(TOSSpecific::GetFileSize(file), 5);
-  EXPECT_EQ(TOSSpecific::GetFileSize(WriteFile("empty", "")), 0);
   EXPECT_ZEL_THROW(TOSSpecific::GetFileSize(fTempDir), zelStatusFileNotFound);
   EXPECT_ZEL_THROW(TOSSpecific::GetFileSize(TempPath("missing")), zelStatusFileNotFound);
+
+  ASSERT_EQ(::mkdir(TempPath("sub").c_str(), 0755), 0);
+  EXPECT_THAT(TOSSpecific::ListDir(fTempDir), UnorderedElementsAre("five", "sub", "test.log"));
+  EXPECT_THAT(TOSSpecific::ListDir(TempPath("sub")), IsEmpty());
+  EXPECT_ZEL_THROW(TOSSpecific::ListDir(TempPath("missing")), zelStatusFileSystemError);
+  EXPECT_ZEL_THROW(TOSSpecific::ListDir(file), zelStatusFileSystemError);
   EXPECT_THAT(LoggedLines(), IsEmpty());
 }
 
 TEST_F(FilesTest, CreateDir) {
+  mode_t mask = ::umask(022);
   std::string dir = TempPath("made");
   EXPECT_EQ(TOSSpecific::CreateDir(dir), 0);
   EXPECT_EQ(ModeOf(dir), 0755u);
+  ::umask(mask);
   EXPECT_ZEL_THROW(TOSSpecific::CreateDir(dir), zelStatusDirectoryAlreadyExists);
-  EXPECT_ZEL_THROW(TOSSpecific::CreateDir(WriteFile("plain", "")),
-                   zelStatusDirectoryAlreadyExists);
   // Parents are not created.
   EXPECT_ZEL_THROW(TOSSpecific::CreateDir(TempPath("no/such")), zelStatusFileSystemError);
   EXPECT_FALSE(TOSSpecific::DirExists(TempPath("no")));
@@ -67,16 +58,6 @@ TEST_F(FilesTest, CreateDir) {
     }
   });
   EXPECT_ZEL_STATUS(code, zelStatusAccessDenied);
-  EXPECT_THAT(LoggedLines(), IsEmpty());
-}
-
-TEST_F(FilesTest, ListDir) {
-  WriteFile("one", "");
-  ASSERT_EQ(::mkdir(TempPath("sub").c_str(), 0755), 0);
-  EXPECT_THAT(TOSSpecific::ListDir(fTempDir), UnorderedElementsAre("one", "sub", "test.log"));
-  EXPECT_THAT(TOSSpecific::ListDir(TempPath("sub")), IsEmpty());
-  EXPECT_ZEL_THROW(TOSSpecific::ListDir(TempPath("missing")), zelStatusFileSystemError);
-  EXPECT_ZEL_THROW(TOSSpecific::ListDir(TempPath("one")), zelStatusFileSystemError);
 }
 
 TEST_F(FilesTest, FileCopyMakesANewFileOfTheSameContentsAndPermissions) {
@@ -86,7 +67,9 @@ TEST_F(FilesTest, FileCopyMakesANewFileOfTheSameContentsAndPermissions) {
     contents += static_cast<char>(i * 7);
   std::string source = WriteFile("source", contents);
   ASSERT_EQ(::chmod(source.c_str(), 0751), 0);
+  mode_t mask = ::umask(022);
   TOSSpecific::FileCopy(source, TempPath("copy"));
+  ::umask(mask);
   EXPECT_TRUE(TOSSpecific::CaptureFile(TempPath("copy")) == contents);
   EXPECT_EQ(ModeOf(TempPath("copy")), 0751u);
 
@@ -96,7 +79,6 @@ TEST_F(FilesTest, FileCopyMakesANewFileOfTheSameContentsAndPermissions) {
   EXPECT_ZEL_THROW(TOSSpecific::FileCopy(TempPath("missing"), TempPath("never")),
                    zelStatusFileSystemError);
   EXPECT_FALSE(TOSSpecific::FileExists(TempPath("never")));
-  EXPECT_ZEL_THROW(TOSSpecific::FileCopy(source, TempPath("no/dir")), zelStatusFileSystemError);
   // A directory opens but cannot be read: the copy fails after the destination was made.
   size_t before = OpenFdCount();
   EXPECT_ZEL_THROW(TOSSpecific::FileCopy(fTempDir, TempPath("from-dir")),

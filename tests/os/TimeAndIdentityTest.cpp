@@ -1,5 +1,6 @@
 // Local time, host name, current directory, sleeping and the administrator test, each
 // against the system's own answer.
+#include "../core/helpers.h"
 #include "helpers.h"
 
 #include <chrono>
@@ -10,22 +11,14 @@ class TimeAndIdentityTest : public ZelTest {};
 // Seconds since the epoch of a date-time's fields, read in its own UTC offset.
 static time_t EpochOf(TCIMDateTime const& dt) {
   struct tm fields = {};
-  fields.tm_year = dt.GetYear() - 1900;
-  fields.tm_mon = dt.GetMonth() - 1;
-  fields.tm_mday = dt.GetDay();
-  fields.tm_hour = dt.GetHour();
-  fields.tm_min = dt.GetMinute();
-  fields.tm_sec = dt.GetSecond();
+  EXPECT_NE(::strptime(dt.ToString().c_str(), "%Y%m%d%H%M%S", &fields), nullptr);
   return ::timegm(&fields) - dt.GetUTCOffset() * 60;
 }
 
 TEST_F(TimeAndIdentityTest, GetLocalTimeIsNowWithTheZonesOffset) {
-  char const* old = std::getenv("TZ");
-  std::string saved = old ? old : "";
   // Five and a half hours east of UTC, then the same with summer time all year.
   for (auto zone : {std::make_pair("ZEL-5:30", 330), {"ZEL-5:30ZDT,0/0,J365/25", 390}}) {
-    ::setenv("TZ", zone.first, 1);
-    ::tzset();
+    ScopedTimeZone scoped(zone.first);
     time_t before = std::time(nullptr);
     TCIMDateTime now = TOSSpecific::GetLocalTime();
     time_t after = std::time(nullptr);
@@ -35,28 +28,24 @@ TEST_F(TimeAndIdentityTest, GetLocalTimeIsNowWithTheZonesOffset) {
     EXPECT_LE(EpochOf(now), after);
     EXPECT_EQ(now.GetMicroSeconds() % 1000, 0u) << "milliseconds only";
   }
-  old ? ::setenv("TZ", saved.c_str(), 1) : ::unsetenv("TZ");
-  ::tzset();
 }
 
-TEST_F(TimeAndIdentityTest, MachineAndOperatingSystemNameAreTheHostName) {
+TEST_F(TimeAndIdentityTest, HostNameCurrentDirectorySleepAndRights) {
   char host[256] = {};
   ASSERT_EQ(::gethostname(host, sizeof host - 1), 0);
   EXPECT_EQ(TOSSpecific::GetMachineName(), host);
   EXPECT_EQ(TOSSpecific::GetOperatingSystemName(), host);
   // The path-length limit is no pathconf name: the query fails on Linux, on purpose.
   EXPECT_ZEL_THROW(TOSSpecific::GetCurrentDir(), zelStatusFail);
-}
 
-TEST_F(TimeAndIdentityTest, USleepTakesMilliseconds) {
+  // USleep takes milliseconds.
   auto start = std::chrono::steady_clock::now();
   TOSSpecific::USleep(5);
   auto slept = std::chrono::steady_clock::now() - start;
   EXPECT_GE(slept, std::chrono::milliseconds(5));
   EXPECT_LT(slept, std::chrono::milliseconds(1000));
-}
 
-TEST_F(TimeAndIdentityTest, IsAdminFollowsTheRealUserId) {
+  // IsAdmin follows the real user id.
   EXPECT_EQ(TOSSpecific::IsAdmin(), ::getuid() == 0);
   EXPECT_EQ(AsNobody(TOSSpecific::IsAdmin), 0);
 }

@@ -1,5 +1,5 @@
 // Helpers of the OS services tests: the current directory for a scope, descriptor counting,
-// and children that run a body with other rights or another standard input.
+// and children that run a body, with other rights if need be.
 #ifndef OS_HELPERS_H
 #define OS_HELPERS_H
 
@@ -13,7 +13,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-/// Changes the current directory for the scope.
 class ScopedChdir {
 public:
   explicit ScopedChdir(std::string const& path) : fSaved(::open(".", O_RDONLY | O_DIRECTORY)) {
@@ -28,7 +27,6 @@ private:
   int fSaved;
 };
 
-/// The number of descriptors this process holds open.
 inline size_t OpenFdCount() { return TOSSpecific::ListDir("/proc/self/fd").size(); }
 
 /// Runs body in a forked child and returns its exit code (-1 when a signal ended it).
