@@ -64,12 +64,11 @@ protected:
     }
   }
 
-  /// Checks the text of each code under "Values" and, unless empty, "ValueMap".
+  /// Checks the text of each code under "ValueMap" and "Values".
   void CheckCodes(TList valueMap, TList values,
                   std::vector<std::pair<unsigned long, const char*>> codes) {
-    TQualifiers qualifiers = {{"Values", StringArray(values)}};
-    if (!valueMap.empty())
-      qualifiers.emplace_back("ValueMap", StringArray(valueMap));
+    TQualifiers qualifiers = {{"ValueMap", StringArray(valueMap)},
+                              {"Values", StringArray(values)}};
     for (const auto& code : codes) {
       SCOPED_TRACE(code.first);
       EXPECT_EQ(code.second, Show(TCIMValue(code.first), qualifiers));
@@ -89,9 +88,6 @@ TEST_F(DisplayTest, NullShowsTheNullDisplayTextOrNothing) {
       {"", NullOf(T::kUint32), {{"NULLDISPLAY", NullOf(T::kString)}}},
       {"", NullOf(T::kUint32), {{"NULLDISPLAY", true}}},
   });
-  // A property without an own value shows the declaration's default.
-  (new TCIMPropertyDecl("Default", fClass, TCIMValue(7u)))->AddToContainer();
-  EXPECT_EQ("7", TCIMProperty(fClass.GetPropertyDecl("Default")).ToString());
 }
 
 TEST_F(DisplayTest, BaseQualifierChoosesTheRadix) {
@@ -112,7 +108,6 @@ TEST_F(DisplayTest, ScaledUnitsStepThroughThePrefixes) {
       {"1.5 KB", 1536ul, Units("Bytes", abbreviated)},
       {"1024 Bytes", 1024ul, Units("Bytes")}, // Equal to the divisor: not scaled.
       {"1 KiloBytes", 1025ul, Units("Bytes")},
-      {"2 GigaBytes", 2048ul, Units("MegaBytes")},
       {"3 MB/s", 3145728ul, Units("Bytes per Second", abbreviated)},
       // Bits step by 1024, bits per second by 1000.
       {"976.6 Kb", 1000000ul, Units("Bits", abbreviated)},
@@ -128,23 +123,16 @@ TEST_F(DisplayTest, ScaledUnitsStepThroughThePrefixes) {
       {"1.2 KiloBytes", 1280ul, Units("Bytes")},
       // 16777217 has no float: it shows as its neighbour 16777216.
       {"16777216 KiloBytes", 16777217ul, Units("KiloBytes", {{"DISPLAYFIXEDUNITS", "Kilo"}})},
-      {"8192 PetaBytes", 9223372036854775807ul, Units("Bytes")},
       {"200 Bytes", (unsigned char)200, Units("Bytes")},
-      {"1000 Bits", (unsigned short)1000, Units("Bits")},
   });
 }
 
 TEST_F(DisplayTest, OnlyUnsignedIntegersWithAKnownUnitGetUnits) {
   Check({
       {"1536", 1536, Units("Bytes")},
-      {"1536", 1536.0, Units("Bytes")},
-      {"1536", "1536", Units("Bytes")},
       {"1536", 1536u, {{"UNITS", NullOf(T::kString)}}},
-      {"3661", 3661, Units("Seconds")},
       {"1536", 1536ul, Units("Watts")},
-      // Prefixes are case-sensitive; a bare prefix leaves an empty, unknown unit.
-      {"1536", 1536ul, Units("kiloBytes")},
-      {"1536", 1536ul, Units("Kilo")},
+      {"1536", 1536ul, Units("kiloBytes")}, // Prefixes are case-sensitive.
   });
 }
 
@@ -153,15 +141,11 @@ TEST_F(DisplayTest, FixedUnitsScaleDownToTheTargetOnly) {
       {"5120 KB", 5242880ul,
        Units("Bytes", {{"DISPLAYFIXEDUNITS", "Kilo"}, {"ABBREVIATEUNITS", true}})},
       {"0.1 KiloBytes", 100ul, Units("Bytes", {{"DISPLAYFIXEDUNITS", "Kilo"}})},
-      {"0 MegaBytes", 1536ul, Units("Bytes", {{"DISPLAYFIXEDUNITS", "Mega"}})},
-      {"0.5 TeraBits per Second", 500ul,
-       Units("GigaBits per Second", {{"DISPLAYFIXEDUNITS", "Tera"}})},
       // Already at or above the target: no scaling at all, not even back down.
       {"3 GigaBytes", 3ul, Units("GigaBytes", {{"DISPLAYFIXEDUNITS", "Mega"}})},
       {"3000 GigaBytes", 3000ul, Units("GigaBytes", {{"DISPLAYFIXEDUNITS", "Giga"}})},
-      // "Peta" and other spellings are not fixed units: scaling is automatic.
+      // "Peta" is no fixed unit: scaling is automatic.
       {"5 MegaBytes", 5242880ul, Units("Bytes", {{"DISPLAYFIXEDUNITS", "Peta"}})},
-      {"5 MegaBytes", 5242880ul, Units("Bytes", {{"DISPLAYFIXEDUNITS", "kilo"}})},
   });
 }
 
@@ -169,23 +153,19 @@ TEST_F(DisplayTest, SecondsShowAsAnInterval) {
   Check({
       {"1 hour 1 minute 1 second ", 3661ul, Units("Seconds")},
       {"2 days 2 hours 2 minutes 2 seconds ", 180122ul, Units("Seconds")},
-      {"", 0ul, Units("Seconds")},
       {"1 second 500 milliseconds ", 1500ul, Units("MilliSeconds")},
       {"1 second 1 microsecond ", 1000001ul, Units("MicroSeconds")},
       {"1 millisecond 500 microseconds ", 1500999ul, Units("NanoSeconds")}, // Whole microseconds.
       // CPU time: total hours, and any non-NULL value asks for it.
-      {"01:01:01.000", 3661ul, Units("Seconds", {{"DISPLAYCPUTIME", true}})},
       {"27:46:40.250", 100000250ul, Units("MilliSeconds", {{"DISPLAYCPUTIME", false}})},
       {"1 hour 1 minute 1 second ", 3661ul,
        Units("Seconds", {{"DISPLAYCPUTIME", NullOf(T::kBoolean)}})},
   });
   // Kilo and larger prefixes leave the interval NULL, which has no display text.
   EXPECT_ZEL_THROW(Show(TCIMValue(3ul), Units("KiloSeconds")), zelStatusInvalidDateTime);
-  EXPECT_ZEL_THROW(Show(TCIMValue(3ul), Units("KiloSeconds", {{"DISPLAYCPUTIME", true}})),
-                   zelStatusInvalidDateTime);
 }
 
-TEST_F(DisplayTest, ValueMapSingleValuesRangesAndOpenEnds) {
+TEST_F(DisplayTest, ValueMapsTurnCodesIntoTextsBeforeAnyOtherRule) {
   // "..7" starts after the entry before it; a code no entry holds shows as if unmapped.
   CheckCodes({"0", "1", "2", "3..5", "..7", "9.."},
              {"Unknown", "Other", "Ready", "Busy", "Idle", "Vendor"},
@@ -196,38 +176,19 @@ TEST_F(DisplayTest, ValueMapSingleValuesRangesAndOpenEnds) {
              {"Unknown", "Other", "DMTF Reserved", "Vendor Reserved"},
              {{1, "Other"}, {2, "DMTF Reserved"}, {32767, "DMTF Reserved"},
               {32768, "Vendor Reserved"}});
-  // "x.." stops before the entry after it; "..y" first starts at 0.
-  CheckCodes({"..1", "4..", "10", ".."}, {"Low", "Middle", "Ten", "High"},
-             {{0, "Low"}, {2, "2"}, {9, "Middle"}, {10, "Ten"}, {11, "High"}, {65535, "High"}});
-  // Descending neighbours leave an open end nothing: the first entry holding a code wins.
-  CheckCodes({"5..", "3"}, {"Five up", "Three"}, {{7, "7"}});
-  CheckCodes({"2..4", "3"}, {"Two to four", "Three"}, {{3, "Two to four"}});
-  // Entries that are no number or range are skipped, and hex digits need "0x" or "0X".
-  CheckCodes({"1", "x", "1a", "3..y", "3", "0X1F"}, {"One", "Ex", "Hex", "Bad", "Three", "Hex"},
-             {{1, "One"}, {3, "Three"}, {26, "26"}, {31, "Hex"}});
   // A map that starts at the largest code leaves nothing to an open end after it.
-  CheckCodes({"18446744073709551615", "..", "0", "..3"}, {"Max", "Rest", "Zero", "Low"},
-             {{0, "Zero"}, {2, "Low"}, {18446744073709551615ul, "Max"}});
+  CheckCodes({"18446744073709551615", "..", "0"}, {"Max", "Rest", "Zero"},
+             {{0, "Zero"}, {18446744073709551615ul, "Max"}});
   EXPECT_TRUE(LoggedLines().empty());
-  // The map wins over units and base; NULL has no code, so it takes the NULL text.
+  // The map wins over units and base; NULL has no code, so it takes the NULL text. Booleans
+  // are codes, signed numbers never are.
   TQualifiers mapped = {{"ValueMap", StringArray({"4"})}, {"Values", StringArray({"Four"})},
                         {"UNITS", "Bytes"}, {"BASE", kHex}, {"NULLDISPLAY", "-"}};
-  Check({{"Four", 4ul, mapped}, {"-", NullOf(T::kUint64), mapped}, {"8 Bytes", 8ul, mapped}});
-}
-
-TEST_F(DisplayTest, ValueMapValuesAloneAreIndexedAndBooleansAreCodes) {
-  CheckCodes({}, {"Off", "On"}, {{0, "Off"}, {1, "On"}, {2, "2"}});
-  Check({
-      {"Yes", true, {{"Values", StringArray({"No", "Yes"})}}},
-      {"Enabled", true, {{"ValueMap", StringArray({"1", "0"})},
-                         {"Values", StringArray({"Enabled", "Disabled"})}}},
-      {"Only", (unsigned char)0, {{"Values", "Only"}}},
-      // A ValueMap without Values is no map; signed numbers and strings are never codes.
-      {"1", 1u, {{"ValueMap", StringArray({"1"})}}},
-      {"1", 1, {{"Values", StringArray({"Zero", "One"})}}},
-      {"1", "1", {{"Values", StringArray({"Zero", "One"})}}},
-      {"7 Bytes", 7ul, Units("Bytes", {{"Values", NullOf(T::kString)}})},
-  });
+  Check({{"Four", 4ul, mapped}, {"-", NullOf(T::kUint64), mapped}, {"8 Bytes", 8ul, mapped},
+         {"Yes", true, {{"Values", StringArray({"No", "Yes"})}}}, // Values alone count from 0.
+         {"2", 2u, {{"Values", StringArray({"No", "Yes"})}}},
+         {"1", 1, {{"Values", StringArray({"Zero", "One"})}}},
+         {"1", 1u, {{"ValueMap", StringArray({"1"})}}}}); // No Values, no map.
 }
 
 TEST_F(DisplayTest, ValueMapFaultyMapsAreLoggedAndIgnored) {
@@ -263,31 +224,16 @@ TEST_F(DisplayTest, ArraysShowElementByElement) {
   property.SetPrevValue(Uint16Array({1, 3}));
   EXPECT_EQ((TNames{"One", "Three to five"}), property.PrevToStringVector());
   EXPECT_EQ((TNames{"1", "3"}), property.GetBody()->PrevToStringVectorWithBase());
-  EXPECT_EQ("{ 1, 3 }", property.PrevToString());
-  // A scalar gives its one text.
-  TCIMProperty scalar(Declaration(TCIMValue(3u), mapped), TCIMValue(3u));
-  EXPECT_EQ(TNames{"Three to five"}, scalar.ToStringVector());
-  EXPECT_EQ(TNames{"3"}, scalar.GetBody()->ToStringVectorWithBase());
 
-  TCIMValue sizes(T(T::kUint64), 0, {TCIMValue(1536ul), TCIMValue(12ul)});
-  TCIMProperty sized(Declaration(sizes, Units("Bytes")), sizes);
-  EXPECT_EQ((TNames{"1.5 KiloBytes", "12 Bytes"}), sized.ToStringVector());
-  EXPECT_EQ((TNames{"1536", "12"}), sized.GetBody()->ToStringVectorWithBase());
-
-  // NULL elements take the NULL text; a NULL array has no elements; empty is empty.
-  TCIMValue holes(T(T::kUint32), 0, {TCIMValue(2u), NullOf(T::kUint32)});
-  TCIMProperty holed(Declaration(holes, {{"NULLDISPLAY", "?"}}), holes);
-  EXPECT_EQ((TNames{"2", "?"}), holed.ToStringVector());
-  EXPECT_EQ((TNames{"2", "?"}), holed.GetBody()->ToStringVectorWithBase());
+  // NULL elements take the NULL text; a NULL array has no elements.
+  TCIMValue sizes(T(T::kUint64), 0, {TCIMValue(1536ul), NullOf(T::kUint64)});
+  TCIMProperty sized(Declaration(sizes, Units("Bytes", {{"NULLDISPLAY", "?"}})), sizes);
+  EXPECT_EQ((TNames{"1.5 KiloBytes", "?"}), sized.ToStringVector());
+  EXPECT_EQ((TNames{"1536", "?"}), sized.GetBody()->ToStringVectorWithBase());
   TCIMValue none = NullOf(T::kUint32 | T::kArray);
   TCIMProperty nulled(Declaration(none, {{"NULLDISPLAY", "?"}}), none);
   EXPECT_EQ(TNames{}, nulled.ToStringVector());
-  EXPECT_EQ(TNames{}, nulled.GetBody()->ToStringVectorWithBase());
   EXPECT_EQ("?", nulled.ToString());
-  nulled.SetPrevValue(); // A NULL scalar: one element, the NULL text.
-  EXPECT_EQ(TNames{"?"}, nulled.PrevToStringVector());
-  TCIMValue empty(T(T::kString), 0, std::vector<TCIMValue>());
-  EXPECT_EQ(TNames{}, TCIMProperty(Declaration(empty, {}), empty).ToStringVector());
 }
 
 TEST_F(DisplayTest, PreviousValuesUseTheSameRules) {
