@@ -25,7 +25,6 @@ TEST_F(ClassTest, SubclassesShareDeclarationsAndInheritToSubclassQualifiers) {
   EXPECT_TRUE(copied.GetPropagated());
   EXPECT_EQ("root of all", static_cast<std::string>(copied.GetValue()));
   EXPECT_EQ(nullptr, fDevice->FindQualifier("ABSTRACT")); // Not tosubclass.
-  EXPECT_TRUE(fElement->IsAbstract() && !fDevice->IsAbstract());
 
   Property(*fDisk, "Late", TCIMValue(1u)); // Existing subclasses copied the map earlier.
   EXPECT_EQ(nullptr, fSubDisk->FindPropertyDecl("Late"));
@@ -69,7 +68,7 @@ TEST_F(ClassTest, OverrideReplacesInTheSubclassOnly) {
 }
 
 TEST_F(ClassTest, ValidationNeedsATrueKeyUnlessAbstract) {
-  TCIMClass& noKey = NewClass(fContainer, "Zel_NoKey");
+  TCIMClass& noKey = *fContainer.AllocateClass("Zel_NoKey", 0);
   Property(noKey, "Name", TCIMValue(T::kString, 0));
   Qualify(Property(noKey, "Id", TCIMValue(1u)), fContainer, "KEY", TCIMValue(false));
   Qualify(noKey, fContainer, "ABSTRACT", TCIMValue(T::kBoolean, 0)); // NULL: not abstract.
@@ -79,7 +78,7 @@ TEST_F(ClassTest, ValidationNeedsATrueKeyUnlessAbstract) {
   EXPECT_EQ(nullptr, fContainer.FindClass("Zel_NoKey"));
   delete &noKey;
 
-  TCIMClass& abstract = NewClass(fContainer, "Zel_Abstract");
+  TCIMClass& abstract = *fContainer.AllocateClass("Zel_Abstract", 0);
   Qualify(abstract, fContainer, "ABSTRACT", TCIMValue(true));
   EXPECT_NO_THROW(abstract.AddToContainer());
 
@@ -93,12 +92,9 @@ TEST_F(ClassTest, ValidationNeedsATrueKeyUnlessAbstract) {
 TEST_F(ClassTest, HierarchyQueries) {
   TCIMClass& tape = KeyedClass(fContainer, "Zel_Tape", fDevice);
   EXPECT_TRUE(fSubDisk->IsSubclassOf(fSubDisk));
-  EXPECT_TRUE(fSubDisk->IsSubclassOf(fElement));
   EXPECT_TRUE(fSubDisk->IsSubclassOf(fContainer.GetRootClass()));
   EXPECT_FALSE(fDisk->IsSubclassOf(fSubDisk));
-  EXPECT_FALSE(tape.IsSubclassOf(fDisk));
-  EXPECT_TRUE(fElement->IsRootClass());
-  EXPECT_FALSE(fDevice->IsRootClass());
+  EXPECT_TRUE(fElement->IsRootClass() && !fDevice->IsRootClass());
 
   EXPECT_EQ((TClasses{fDisk, &tape}), fDevice->EnumerateSubClasses(false));
   EXPECT_EQ((TClasses{fDevice, fDisk, fSubDisk, &tape}), fElement->EnumerateSubClasses(true));
@@ -106,13 +102,10 @@ TEST_F(ClassTest, HierarchyQueries) {
 }
 
 TEST_F(ClassTest, EqualityComparesStoredNamesCaseSensitively) {
-  TCIMClass lower(fContainer, "zel_thing", 0);
-  TCIMClass upper(fContainer, "Zel_Thing", 0);
-  TCIMClass same(fContainer, "Zel_Thing", 0);
+  TCIMClass lower(fContainer, "zel_thing", 0), upper(fContainer, "Zel_Thing", 0);
   EXPECT_FALSE(lower == upper);
-  EXPECT_TRUE(upper == same);
-  EXPECT_TRUE(upper < lower); // 'Z' sorts before 'z'.
-  EXPECT_FALSE(upper < same);
+  EXPECT_TRUE(upper == TCIMClass(fContainer, "Zel_Thing", 0));
+  EXPECT_TRUE(upper < lower && !(lower < upper)); // 'Z' sorts before 'z'.
 }
 
 TEST_F(ClassTest, InstancesAreFiledByPath) {
@@ -127,14 +120,12 @@ TEST_F(ClassTest, InstancesAreFiledByPath) {
   ASSERT_EQ(4u, deep.size());
   EXPECT_EQ(&below, deep[3]);
 
-  EXPECT_EQ(&first, fDisk->FindInstance(PathTo(*fDisk, "sda")));
   EXPECT_EQ(&first, &fDisk->GetInstance(PathTo(*fDisk, "sda")));
   fDisk->RemoveInstance(first); // Both entries of that path go.
   EXPECT_EQ(nullptr, fDisk->FindInstance(PathTo(*fDisk, "sda")));
   EXPECT_ZEL_THROW(fDisk->GetInstance(PathTo(*fDisk, "sda")), zelStatusNotFound);
   EXPECT_EQ(1u, fDisk->EnumerateInstances(false).size());
   TCIMInstance loose(fDisk);
-  loose.SetPropertyValue("Name", TCIMValue("none"));
   EXPECT_NO_THROW(fDisk->RemoveInstance(loose)); // An absent path does nothing.
 }
 
@@ -150,9 +141,7 @@ TEST_F(ClassTest, PropertyDeclarationLookups) {
 }
 
 TEST_F(ClassTest, ReferencesAndAssociatorsFindTheAssociationClasses) {
-  EXPECT_TRUE(fLink->IsAssociation());
-  EXPECT_EQ(TClasses{fLink}, fSystem->References("", ""));
-  EXPECT_EQ(1u, fSystem->References("Zel_SystemDevice", "Owner").size());
+  EXPECT_EQ(TClasses{fLink}, fSystem->References("Zel_SystemDevice", "Owner"));
   EXPECT_TRUE(fSystem->References("", "Part").empty()); // Part points at the disk.
   EXPECT_EQ(1u, fDisk->References("", "part").size());
   EXPECT_TRUE(fSystem->References("Zel_System", "").empty());
@@ -163,14 +152,12 @@ TEST_F(ClassTest, ReferencesAndAssociatorsFindTheAssociationClasses) {
   EXPECT_TRUE(fSubDisk->References("", "Part").empty());
   EXPECT_TRUE(fDevice->References("", "").empty()); // Recorded where the reference points.
 
-  EXPECT_EQ(TClasses{fDisk}, fSystem->Associators("Zel_SystemDevice", "", "", ""));
-  EXPECT_EQ(TClasses{fDisk}, fSystem->Associators("", "Zel_Device", "Owner", ""));
+  EXPECT_EQ(TClasses{fDisk}, fSystem->Associators("Zel_SystemDevice", "Zel_Device", "Owner", ""));
   EXPECT_EQ(TClasses{fDisk}, fSystem->Associators("", "", "", "Part"));
   // resultRole is not checked against the starting class itself.
   EXPECT_EQ(TClasses{fSystem}, fSystem->Associators("", "", "", "Owner"));
   EXPECT_EQ(TClasses{fSystem}, fDisk->Associators("", "", "", ""));
   EXPECT_TRUE(fSystem->Associators("", "Zel_SubDisk", "", "").empty());
-  EXPECT_TRUE(fSystem->Associators("Zel_Missing", "", "", "").empty());
   EXPECT_TRUE(fSystem->Associators("", "Zel_Missing", "", "").empty());
 }
 

@@ -31,7 +31,7 @@ TQualifiers Units(const char* units, TQualifiers more = {}) {
 
 class DisplayTest : public ZelTest {
 protected:
-  DisplayTest() : fClass(NewClass(fContainer, "ZEL_Disk")) {
+  DisplayTest() : fClass(*fContainer.AllocateClass("ZEL_Disk", 0)) {
     fContainer.AddClass(fClass);
     for (const char* name : {"NULLDISPLAY", "UNITS", "DISPLAYFIXEDUNITS"})
       Declare(fContainer, name, NullOf(T::kString), 0);

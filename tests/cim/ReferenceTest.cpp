@@ -10,7 +10,7 @@ class ReferenceTest : public ZelTest {
 protected:
   ReferenceTest() {
     DeclareStandardQualifiers(fContainer);
-    fFoo = &NewClass(fContainer, "Foo");
+    fFoo = fContainer.AllocateClass("Foo", 0);
     Property(*fFoo, "Name", TCIMValue(T::kString, 0), true);
     Property(*fFoo, "Id", TCIMValue(T::kUint32, 0), true);
     Property(*fFoo, "Caption", TCIMValue(T::kString, 0));
@@ -179,7 +179,7 @@ TEST_F(ReferenceTest, CFunctionsBuildReferencesWithKeysOfEveryType) {
     EXPECT_LOGGED(std::string("ZEL_Core: [Error] ") + row.log);
   }
 
-  TCIMClass& wide = NewClass(fContainer, "Zel_Wide");
+  TCIMClass& wide = *fContainer.AllocateClass("Zel_Wide", 0);
   Qualify(wide, fContainer, "ASSOCIATION", TCIMValue(true));
   std::pair<const char*, T::ECIMType> keys[] = {
       {"B", T::kBoolean},  {"U8", T::kUint8},   {"S8", T::kSint8},   {"U16", T::kUint16},
