@@ -19,10 +19,8 @@ TEST_F(ClassTest, SubclassesShareDeclarationsAndInheritToSubclassQualifiers) {
   EXPECT_EQ(&fDevice->GetPropertyDecl("caption"), &fSubDisk->GetPropertyDecl("CAPTION"));
   EXPECT_EQ((TNames{"Caption", "Name", "Size"}), Names(fSubDisk->EnumeratePropertyDecls()));
 
-  TCIMQualifier& own = fElement->GetQualifier("Description");
   TCIMQualifier& copied = fSubDisk->GetQualifier("Description");
-  EXPECT_FALSE(own.GetPropagated());
-  EXPECT_TRUE(copied.GetPropagated());
+  EXPECT_TRUE(copied.GetPropagated() && !fElement->GetQualifier("Description").GetPropagated());
   EXPECT_EQ("root of all", static_cast<std::string>(copied.GetValue()));
   EXPECT_EQ(nullptr, fDevice->FindQualifier("ABSTRACT")); // Not tosubclass.
 
@@ -31,7 +29,7 @@ TEST_F(ClassTest, SubclassesShareDeclarationsAndInheritToSubclassQualifiers) {
   EXPECT_TRUE(fDisk->FindPropertyDecl("late"));
 }
 
-TEST_F(ClassTest, OverrideRulesLogAndRefuse) {
+TEST_F(ClassTest, OverrideRulesLogAndRefuseOrReplaceInTheSubclassOnly) {
   TCIMClass& plain = KeyedClass(fContainer, "Zel_Plain");
   struct Row { TCIMClass* cls; TCIMPropertyDecl* decl; zelStatusCode code; const char* log; };
   Row rows[] = {
@@ -53,11 +51,10 @@ TEST_F(ClassTest, OverrideRulesLogAndRefuse) {
     EXPECT_LOGGED(std::string("ZEL_Core: [Error] ") + row.log);
     delete row.decl;
   }
-  EXPECT_EQ(fDevice, &fDisk->GetPropertyDecl("Caption").GetClass()); // All left unchanged.
-}
-
-TEST_F(ClassTest, OverrideReplacesInTheSubclassOnly) {
   TCIMPropertyDecl& original = fDevice->GetPropertyDecl("Caption");
+  EXPECT_EQ(&original, &fDisk->GetPropertyDecl("Caption")); // All left unchanged.
+
+  // OVERRIDE of the same type replaces in the subclass only.
   Qualify(original, fContainer, "Description", TCIMValue("base text"));
   TCIMPropertyDecl* replacement = Overriding(*fDisk, "Caption", TCIMValue("disk"));
   fDisk->AddPropertyDecl(*replacement);
@@ -72,7 +69,6 @@ TEST_F(ClassTest, ValidationNeedsATrueKeyUnlessAbstract) {
   Property(noKey, "Name", TCIMValue(T::kString, 0));
   Qualify(Property(noKey, "Id", TCIMValue(1u)), fContainer, "KEY", TCIMValue(false));
   Qualify(noKey, fContainer, "ABSTRACT", TCIMValue(T::kBoolean, 0)); // NULL: not abstract.
-  EXPECT_FALSE(noKey.IsAbstract());
   EXPECT_ZEL_THROW(noKey.AddToContainer(), zelStatusInvalidClass);
   EXPECT_LOGGED("ZEL_Core: [Error] Class Zel_NoKey has no keys");
   EXPECT_EQ(nullptr, fContainer.FindClass("Zel_NoKey"));
@@ -116,13 +112,10 @@ TEST_F(ClassTest, InstancesAreFiledByPath) {
   std::vector<TCIMInstance*> own = fDisk->EnumerateInstances(false);
   ASSERT_EQ(3u, own.size());
   EXPECT_EQ(&other, own[0]); // Zel_Disk.Name="hda" sorts before "sda".
-  std::vector<TCIMInstance*> deep = fDevice->EnumerateInstances(true);
-  ASSERT_EQ(4u, deep.size());
-  EXPECT_EQ(&below, deep[3]);
+  EXPECT_EQ(&below, fDevice->EnumerateInstances(true).at(3));
 
   EXPECT_EQ(&first, &fDisk->GetInstance(PathTo(*fDisk, "sda")));
   fDisk->RemoveInstance(first); // Both entries of that path go.
-  EXPECT_EQ(nullptr, fDisk->FindInstance(PathTo(*fDisk, "sda")));
   EXPECT_ZEL_THROW(fDisk->GetInstance(PathTo(*fDisk, "sda")), zelStatusNotFound);
   EXPECT_EQ(1u, fDisk->EnumerateInstances(false).size());
   TCIMInstance loose(fDisk);
@@ -131,7 +124,6 @@ TEST_F(ClassTest, InstancesAreFiledByPath) {
 
 TEST_F(ClassTest, PropertyDeclarationLookups) {
   EXPECT_ZEL_THROW(fDisk->GetPropertyDecl("Missing"), zelStatusNotFound);
-  EXPECT_EQ(nullptr, fDisk->FindPropertyDecl("Missing"));
   EXPECT_ZEL_THROW(fDisk->FindPropertyDecl("bad name"), zelStatusInvalidCIMName);
   fSubDisk->RemovePropertyDecl(fSubDisk->GetPropertyDecl("Size"));
   EXPECT_EQ(nullptr, fSubDisk->FindPropertyDecl("Size"));
