@@ -11,17 +11,11 @@ namespace {
 
 // Twelve lines; the class is registered before the error on line 12.
 std::string const kDocument =
-    "<?xml version=\"1.0\"?>\n"
-    "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">\n"
-    "<DECLARATION>\n"
-    "<DECLGROUP>\n"
-    "<QUALIFIER.DECLARATION NAME=\"ABSTRACT\" TYPE=\"boolean\">\n"
-    "<SCOPE CLASS=\"true\"/>\n"
-    "</QUALIFIER.DECLARATION>\n"
-    "<VALUE.OBJECT><CLASS NAME=\"ZT_Base\">\n"
+    "<?xml version=\"1.0\"?>\n<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">\n<DECLARATION>\n"
+    "<DECLGROUP>\n<QUALIFIER.DECLARATION NAME=\"ABSTRACT\" TYPE=\"boolean\">\n"
+    "<SCOPE CLASS=\"true\"/>\n</QUALIFIER.DECLARATION>\n<VALUE.OBJECT><CLASS NAME=\"ZT_Base\">\n"
     "<QUALIFIER NAME=\"ABSTRACT\" TYPE=\"boolean\"><VALUE>true</VALUE></QUALIFIER>\n"
-    "</CLASS></VALUE.OBJECT>\n"
-    "<VALUE.OBJECT><CLASS NAME=\"ZT_Derived\" SUPERCLASS=\"ZT_Base\">\n"
+    "</CLASS></VALUE.OBJECT>\n<VALUE.OBJECT><CLASS NAME=\"ZT_Derived\" SUPERCLASS=\"ZT_Base\">\n"
     "<QUALIFIER NAME=\"ABSTRACT\" TYPE=\"boolean\"><VALUE>true</VALUE></QUALIFIER>\n";
 std::string const kWhole = kDocument + "</CLASS></VALUE.OBJECT></DECLGROUP></DECLARATION></CIM>\n";
 
