@@ -74,18 +74,15 @@ TEST_F(PropertyTest, ReferencesMustPointAtTheDeclaredClassOrBelow) {
 TEST_F(PropertyTest, CopiesAreDeep) {
   TCIMProperty count(*fCount, TCIMValue(9u));
   count.SetPrevValue(TCIMValue(3u));
-  TCIMProperty copy(count);
-  EXPECT_TRUE(copy.IsPrevValueDifferent());
-  EXPECT_EQ(3u, static_cast<unsigned int>(copy.GetPrevValue()));
+  TCIMProperty copy(count), assigned(*fCount);
+  assigned = count;
+  assigned = assigned;
   copy.SetValue(TCIMValue(1u));
+  assigned.SetPrevValue(TCIMValue(2u));
   EXPECT_EQ(9u, static_cast<unsigned int>(count.GetValue()));
-
-  TCIMProperty fresh(*fCount);
-  fresh = count;
-  fresh = fresh;
-  EXPECT_EQ(3u, static_cast<unsigned int>(fresh.GetPrevValue()));
-  fresh.SetValue(TCIMValue(1u));
-  EXPECT_EQ(9u, static_cast<unsigned int>(count.GetValue()));
+  EXPECT_EQ(3u, static_cast<unsigned int>(count.GetPrevValue()));
+  EXPECT_EQ(3u, static_cast<unsigned int>(copy.GetPrevValue()));
+  EXPECT_EQ(9u, static_cast<unsigned int>(assigned.GetValue()));
 }
 
 TEST_F(PropertyTest, ComparesByNameThenOwnValue) {

@@ -6,18 +6,15 @@
 #include "cwrappers.h"
 #include "zeliIOHandle.h"
 
-class ReferenceTest : public ZelTest {
+class ReferenceTest : public SchemaTest {
 protected:
-  ReferenceTest() {
-    DeclareStandardQualifiers(fContainer);
-    fFoo = fContainer.AllocateClass("Foo", 0);
+  ReferenceTest() : fFoo(fContainer.AllocateClass("Foo", 0)) {
     Property(*fFoo, "Name", TCIMValue(T::kString, 0), true);
     Property(*fFoo, "Id", TCIMValue(T::kUint32, 0), true);
     Property(*fFoo, "Caption", TCIMValue(T::kString, 0));
     TCIMPropertyDecl& slot = Property(*fFoo, "Slot", TCIMValue(T::kUint32, 0));
     Qualify(slot, fContainer, "KEY", TCIMValue(false));
     fFoo->AddToContainer();
-    fBar = &KeyedClass(fContainer, "Bar");
   }
 
   TCIMReference FooPath(const std::string& name, unsigned int id) {
@@ -36,8 +33,7 @@ protected:
     return *foo;
   }
 
-  TContainer fContainer;
-  TCIMClass *fFoo, *fBar;
+  TCIMClass* fFoo;
 };
 
 TEST_F(ReferenceTest, PathTextQuotesEveryValueInKeyOrder) {
@@ -65,9 +61,9 @@ TEST_F(ReferenceTest, BuildingOrderIsEnforced) {
   TCIMReference path = FooPath("a", 3);
   EXPECT_ZEL_THROW(path.SetPath("Foo"), zelStatusNotImplemented);
   EXPECT_ZEL_THROW(TCIMReference(&fContainer, "Foo.Id=\"3\""), zelStatusNotImplemented);
-  EXPECT_ZEL_THROW(path.SetClassName("Bar"), zelStatusInvalidOpSequence);
+  EXPECT_ZEL_THROW(path.SetClassName("Zel_System"), zelStatusInvalidOpSequence);
   EXPECT_LOGGED("ZEL_Core: [Error] SetClassName() called with keybindings filled in");
-  EXPECT_ZEL_THROW(path.SetClass(*fBar), zelStatusInvalidOpSequence);
+  EXPECT_ZEL_THROW(path.SetClass(*fSystem), zelStatusInvalidOpSequence);
   EXPECT_LOGGED("ZEL_Core: [Error] SetClass() called with keybindings filled in");
   EXPECT_EQ(fFoo, path.GetClass());
 
@@ -96,9 +92,9 @@ TEST_F(ReferenceTest, ResolvesComparesAndCopies) {
   EXPECT_TRUE(a3 == FooPath("a", 3));
   EXPECT_FALSE(a3 == a4);
   EXPECT_TRUE(a3 < a4 && !(a4 < a3));
-  TCIMReference bar(&fContainer);
-  bar.SetClass(*fBar);
-  EXPECT_EQ(fFoo < fBar, a3 < bar); // Classes order by identity.
+  TCIMReference system(&fContainer);
+  system.SetClass(*fSystem);
+  EXPECT_EQ(fFoo < fSystem, a3 < system); // Classes order by identity.
   TCIMReference copy(a3);
   copy.Clear();
   EXPECT_EQ("Foo.Id=\"3\",Name=\"a\"", a3.GetPath());

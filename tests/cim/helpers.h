@@ -1,5 +1,4 @@
-// Schema builders shared by the object-model and container tests; every object is made
-// through the container's factories and owned by the schema once added.
+// Schema builders shared by the object-model and container tests.
 #ifndef CIM_HELPERS_H
 #define CIM_HELPERS_H
 
@@ -23,7 +22,6 @@ typedef std::vector<std::string> TNames;
 
 inline D::EFlavor Flavors(unsigned int bits) { return static_cast<D::EFlavor>(bits); }
 
-/// A new qualifier declaration of class scope, registered.
 inline TCIMQualifierDecl& Declare(TContainer& container, const std::string& name,
                                   const TCIMValue& value, unsigned int flavor) {
   TCIMQualifierDecl* decl =
@@ -75,7 +73,6 @@ inline TCIMClass& KeyedClass(TContainer& container, const std::string& name,
   return cls;
 }
 
-/// An added association class with two key references.
 inline TCIMClass& Association(TContainer& container, const std::string& name,
                               const std::string& leftRole, TCIMClass& left,
                               const std::string& rightRole, TCIMClass& right) {
@@ -87,7 +84,7 @@ inline TCIMClass& Association(TContainer& container, const std::string& name,
   return cls;
 }
 
-/// An instance of cls keyed by Name, added to its class (which owns it).
+/// An instance of cls keyed by Name, owned by its class.
 inline TCIMInstance& NamedInstance(TCIMClass& cls, const std::string& name) {
   TCIMInstance* instance = cls.GetContainer().AllocateInstance(&cls);
   instance->SetPropertyValue("Name", TCIMValue(name));
