@@ -2,8 +2,6 @@
 // declarations share.
 #include "helpers.h"
 
-#include <functional>
-
 class QualifierTest : public ZelTest {
 protected:
   QualifierTest() { DeclareStandardQualifiers(fContainer); }
@@ -60,16 +58,15 @@ TEST_F(QualifierTest, QualifierTakesFlavorsAndCopiesDeeply) {
 
 TEST_F(QualifierTest, EveryChangeClearsThePropagatedMark) {
   TCIMQualifier q(*fContainer.GetQualifierDecl("KEY"), TCIMValue(true));
-  std::function<void()> changes[] = {
-      [&] { q.SetValue(TCIMValue(true)); },
-      [&] { q.SetFlavor(Flavors(D::eToSubclass)); },
-      [&] { q.UnsetFlavor(Flavors(D::eTranslatable)); },
-  };
-  for (auto& change : changes) {
-    q.SetPropagated(true);
-    change(); // Even a change that changes nothing.
-    EXPECT_FALSE(q.GetPropagated());
-  }
+  q.SetPropagated(true);
+  q.SetValue(TCIMValue(true)); // Even a change that changes nothing.
+  EXPECT_FALSE(q.GetPropagated());
+  q.SetPropagated(true);
+  q.SetFlavor(Flavors(D::eToSubclass));
+  EXPECT_FALSE(q.GetPropagated());
+  q.SetPropagated(true);
+  q.UnsetFlavor(Flavors(D::eTranslatable));
+  EXPECT_FALSE(q.GetPropagated());
 }
 
 TEST_F(QualifierTest, ClassesAndPropertyDeclarationsApplyTheOverrideRule) {
