@@ -1,12 +1,10 @@
-// Classes: inheritance of declarations and qualifiers, the override rules, keys, abstract
-// classes, subclasses, instances by path and the association lookups.
+// Classes: inheritance, override rules, keys, subclasses, instances by path, associations.
 #include "helpers.h"
 
 typedef std::vector<TCIMClass*> TClasses;
 
 class ClassTest : public SchemaTest {
 protected:
-  // A declaration carrying OVERRIDE, not yet added.
   TCIMPropertyDecl* Overriding(TCIMClass& cls, const std::string& name, const TCIMValue& value) {
     TCIMPropertyDecl* decl = new TCIMPropertyDecl(name, cls, value);
     Qualify(*decl, fContainer, "OVERRIDE", TCIMValue(name));
@@ -94,7 +92,6 @@ TEST_F(ClassTest, HierarchyQueries) {
 
   EXPECT_EQ((TClasses{fDisk, &tape}), fDevice->EnumerateSubClasses(false));
   EXPECT_EQ((TClasses{fDevice, fDisk, fSubDisk, &tape}), fElement->EnumerateSubClasses(true));
-  EXPECT_EQ(fElement, fContainer.GetRootClass()->EnumerateSubClasses(false).at(0));
 }
 
 TEST_F(ClassTest, EqualityComparesStoredNamesCaseSensitively) {
@@ -134,7 +131,6 @@ TEST_F(ClassTest, PropertyDeclarationLookups) {
 TEST_F(ClassTest, ReferencesAndAssociatorsFindTheAssociationClasses) {
   EXPECT_EQ(TClasses{fLink}, fSystem->References("Zel_SystemDevice", "Owner"));
   EXPECT_TRUE(fSystem->References("", "Part").empty()); // Part points at the disk.
-  EXPECT_EQ(1u, fDisk->References("", "part").size());
   EXPECT_TRUE(fSystem->References("Zel_System", "").empty());
   EXPECT_ZEL_THROW(fSystem->References("Zel_Missing", ""), zelStatusNotFound);
   // From a subclass the walk meets the association one level up; the role must then name

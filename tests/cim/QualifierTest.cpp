@@ -1,5 +1,4 @@
-// Qualifier declarations, qualifiers, and the override rule that classes and property
-// declarations share.
+// Qualifier declarations, qualifiers, and the override rule of their holders.
 #include "helpers.h"
 
 class QualifierTest : public ZelTest {
@@ -41,7 +40,6 @@ TEST_F(QualifierTest, QualifierTakesFlavorsAndCopiesDeeply) {
   TCIMQualifierDecl& description = *fContainer.GetQualifierDecl("Description");
   TCIMQualifier inherited(description, TCIMValue("text"));
   EXPECT_EQ(D::eOverridable | D::eToSubclass, inherited.GetFlavor());
-  EXPECT_FALSE(inherited.GetPropagated());
 
   TCIMQualifier own(description, TCIMValue((unsigned char)5), Flavors(D::eTranslatable));
   EXPECT_EQ(D::eTranslatable, own.GetFlavor());

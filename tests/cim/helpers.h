@@ -7,9 +7,6 @@
 #include "TCIMProperty.h"
 #include "TCIMPropertyDecl.h"
 #include "TCIMQualifier.h"
-#include "TCIMQualifierDecl.h"
-#include "TCIMReference.h"
-#include "TCIMValue.h"
 #include "TContainer.h"
 #include "ZelTest.h"
 
@@ -106,9 +103,8 @@ template <class TElement> TNames Names(const std::vector<TElement*>& elements) {
   return names;
 }
 
-/// Zel_Element (abstract, described) <- Zel_Device (key Name, Caption) <- Zel_Disk (Size)
-/// <- Zel_SubDisk, and the association Zel_SystemDevice from Owner (a Zel_System) to Part
-/// (a Zel_Disk).
+/// Zel_Element (abstract, described) <- Zel_Device (key Name, Caption) <- Zel_Disk (Size) <-
+/// Zel_SubDisk, and the association Zel_SystemDevice from Owner (Zel_System) to Part (Zel_Disk).
 class SchemaTest : public ZelTest {
 protected:
   SchemaTest() {

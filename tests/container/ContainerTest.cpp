@@ -1,5 +1,4 @@
-// The container: name normalisation, registries of classes and qualifier declarations,
-// the root class, the factories and the diff state.
+// The container: name normalisation, registries, the root class and the diff state.
 #include "../cim/helpers.h"
 #include "ILogger.h"
 #include "TContainerImpl.h"
@@ -69,7 +68,6 @@ TEST_F(ContainerTest, QualifierDeclarationsEnumerateInNormalisedOrder) {
 
 TEST_F(ContainerTest, DiffStateIsGuardedUntilTurnedOn) {
   EXPECT_ZEL_THROW(fContainer.hasDifferences(), zelStatusNotSupported);
-  EXPECT_ZEL_THROW(fContainer.setDiffInstances({}), zelStatusNotSupported);
   EXPECT_LOGGED("ZEL_Core: [Error] TContainer: Cannot access DiffInstances if the containter is "
                 "not a Diff Container");
 

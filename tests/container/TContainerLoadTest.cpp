@@ -1,5 +1,4 @@
-// Loading a container from real files, plain and gzip (made here with zlib), and every way
-// that can fail.
+// Loading a container from real plain and gzip files (made here with zlib), and failures.
 #include "../cim/helpers.h"
 
 #include <fstream>
