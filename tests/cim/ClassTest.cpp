@@ -1,12 +1,10 @@
-// Classes: inheritance of declarations and qualifiers, the override rules, keys, abstract
-// classes, subclasses, instances by path and the association lookups.
+// Classes: inheritance, override rules, keys, subclasses, instances by path, associations.
 #include "helpers.h"
 
 typedef std::vector<TCIMClass*> TClasses;
 
 class ClassTest : public SchemaTest {
 protected:
-  // A declaration carrying OVERRIDE, not yet added.
   TCIMPropertyDecl* Overriding(TCIMClass& cls, const std::string& name, const TCIMValue& value) {
     TCIMPropertyDecl* decl = new TCIMPropertyDecl(name, cls, value);
     Qualify(*decl, fContainer, "OVERRIDE", TCIMValue(name));
@@ -19,20 +17,17 @@ TEST_F(ClassTest, SubclassesShareDeclarationsAndInheritToSubclassQualifiers) {
   EXPECT_EQ(&fDevice->GetPropertyDecl("caption"), &fSubDisk->GetPropertyDecl("CAPTION"));
   EXPECT_EQ((TNames{"Caption", "Name", "Size"}), Names(fSubDisk->EnumeratePropertyDecls()));
 
-  TCIMQualifier& own = fElement->GetQualifier("Description");
   TCIMQualifier& copied = fSubDisk->GetQualifier("Description");
-  EXPECT_FALSE(own.GetPropagated());
-  EXPECT_TRUE(copied.GetPropagated());
+  EXPECT_TRUE(copied.GetPropagated() && !fElement->GetQualifier("Description").GetPropagated());
   EXPECT_EQ("root of all", static_cast<std::string>(copied.GetValue()));
   EXPECT_EQ(nullptr, fDevice->FindQualifier("ABSTRACT")); // Not tosubclass.
-  EXPECT_TRUE(fElement->IsAbstract() && !fDevice->IsAbstract());
 
   Property(*fDisk, "Late", TCIMValue(1u)); // Existing subclasses copied the map earlier.
   EXPECT_EQ(nullptr, fSubDisk->FindPropertyDecl("Late"));
   EXPECT_TRUE(fDisk->FindPropertyDecl("late"));
 }
 
-TEST_F(ClassTest, OverrideRulesLogAndRefuse) {
+TEST_F(ClassTest, OverrideRulesLogAndRefuseOrReplaceInTheSubclassOnly) {
   TCIMClass& plain = KeyedClass(fContainer, "Zel_Plain");
   struct Row { TCIMClass* cls; TCIMPropertyDecl* decl; zelStatusCode code; const char* log; };
   Row rows[] = {
@@ -54,11 +49,10 @@ TEST_F(ClassTest, OverrideRulesLogAndRefuse) {
     EXPECT_LOGGED(std::string("ZEL_Core: [Error] ") + row.log);
     delete row.decl;
   }
-  EXPECT_EQ(fDevice, &fDisk->GetPropertyDecl("Caption").GetClass()); // All left unchanged.
-}
-
-TEST_F(ClassTest, OverrideReplacesInTheSubclassOnly) {
   TCIMPropertyDecl& original = fDevice->GetPropertyDecl("Caption");
+  EXPECT_EQ(&original, &fDisk->GetPropertyDecl("Caption")); // All left unchanged.
+
+  // OVERRIDE of the same type replaces in the subclass only.
   Qualify(original, fContainer, "Description", TCIMValue("base text"));
   TCIMPropertyDecl* replacement = Overriding(*fDisk, "Caption", TCIMValue("disk"));
   fDisk->AddPropertyDecl(*replacement);
@@ -69,17 +63,16 @@ TEST_F(ClassTest, OverrideReplacesInTheSubclassOnly) {
 }
 
 TEST_F(ClassTest, ValidationNeedsATrueKeyUnlessAbstract) {
-  TCIMClass& noKey = NewClass(fContainer, "Zel_NoKey");
+  TCIMClass& noKey = *fContainer.AllocateClass("Zel_NoKey", 0);
   Property(noKey, "Name", TCIMValue(T::kString, 0));
   Qualify(Property(noKey, "Id", TCIMValue(1u)), fContainer, "KEY", TCIMValue(false));
   Qualify(noKey, fContainer, "ABSTRACT", TCIMValue(T::kBoolean, 0)); // NULL: not abstract.
-  EXPECT_FALSE(noKey.IsAbstract());
   EXPECT_ZEL_THROW(noKey.AddToContainer(), zelStatusInvalidClass);
   EXPECT_LOGGED("ZEL_Core: [Error] Class Zel_NoKey has no keys");
   EXPECT_EQ(nullptr, fContainer.FindClass("Zel_NoKey"));
   delete &noKey;
 
-  TCIMClass& abstract = NewClass(fContainer, "Zel_Abstract");
+  TCIMClass& abstract = *fContainer.AllocateClass("Zel_Abstract", 0);
   Qualify(abstract, fContainer, "ABSTRACT", TCIMValue(true));
   EXPECT_NO_THROW(abstract.AddToContainer());
 
@@ -93,26 +86,19 @@ TEST_F(ClassTest, ValidationNeedsATrueKeyUnlessAbstract) {
 TEST_F(ClassTest, HierarchyQueries) {
   TCIMClass& tape = KeyedClass(fContainer, "Zel_Tape", fDevice);
   EXPECT_TRUE(fSubDisk->IsSubclassOf(fSubDisk));
-  EXPECT_TRUE(fSubDisk->IsSubclassOf(fElement));
   EXPECT_TRUE(fSubDisk->IsSubclassOf(fContainer.GetRootClass()));
   EXPECT_FALSE(fDisk->IsSubclassOf(fSubDisk));
-  EXPECT_FALSE(tape.IsSubclassOf(fDisk));
-  EXPECT_TRUE(fElement->IsRootClass());
-  EXPECT_FALSE(fDevice->IsRootClass());
+  EXPECT_TRUE(fElement->IsRootClass() && !fDevice->IsRootClass());
 
   EXPECT_EQ((TClasses{fDisk, &tape}), fDevice->EnumerateSubClasses(false));
   EXPECT_EQ((TClasses{fDevice, fDisk, fSubDisk, &tape}), fElement->EnumerateSubClasses(true));
-  EXPECT_EQ(fElement, fContainer.GetRootClass()->EnumerateSubClasses(false).at(0));
 }
 
 TEST_F(ClassTest, EqualityComparesStoredNamesCaseSensitively) {
-  TCIMClass lower(fContainer, "zel_thing", 0);
-  TCIMClass upper(fContainer, "Zel_Thing", 0);
-  TCIMClass same(fContainer, "Zel_Thing", 0);
+  TCIMClass lower(fContainer, "zel_thing", 0), upper(fContainer, "Zel_Thing", 0);
   EXPECT_FALSE(lower == upper);
-  EXPECT_TRUE(upper == same);
-  EXPECT_TRUE(upper < lower); // 'Z' sorts before 'z'.
-  EXPECT_FALSE(upper < same);
+  EXPECT_TRUE(upper == TCIMClass(fContainer, "Zel_Thing", 0));
+  EXPECT_TRUE(upper < lower && !(lower < upper)); // 'Z' sorts before 'z'.
 }
 
 TEST_F(ClassTest, InstancesAreFiledByPath) {
@@ -123,25 +109,18 @@ TEST_F(ClassTest, InstancesAreFiledByPath) {
   std::vector<TCIMInstance*> own = fDisk->EnumerateInstances(false);
   ASSERT_EQ(3u, own.size());
   EXPECT_EQ(&other, own[0]); // Zel_Disk.Name="hda" sorts before "sda".
-  std::vector<TCIMInstance*> deep = fDevice->EnumerateInstances(true);
-  ASSERT_EQ(4u, deep.size());
-  EXPECT_EQ(&below, deep[3]);
+  EXPECT_EQ(&below, fDevice->EnumerateInstances(true).at(3));
 
-  EXPECT_EQ(&first, fDisk->FindInstance(PathTo(*fDisk, "sda")));
   EXPECT_EQ(&first, &fDisk->GetInstance(PathTo(*fDisk, "sda")));
   fDisk->RemoveInstance(first); // Both entries of that path go.
-  EXPECT_EQ(nullptr, fDisk->FindInstance(PathTo(*fDisk, "sda")));
   EXPECT_ZEL_THROW(fDisk->GetInstance(PathTo(*fDisk, "sda")), zelStatusNotFound);
   EXPECT_EQ(1u, fDisk->EnumerateInstances(false).size());
   TCIMInstance loose(fDisk);
-  loose.SetPropertyValue("Name", TCIMValue("none"));
   EXPECT_NO_THROW(fDisk->RemoveInstance(loose)); // An absent path does nothing.
 }
 
 TEST_F(ClassTest, PropertyDeclarationLookups) {
   EXPECT_ZEL_THROW(fDisk->GetPropertyDecl("Missing"), zelStatusNotFound);
-  EXPECT_EQ(nullptr, fDisk->FindPropertyDecl("Missing"));
-  EXPECT_ZEL_THROW(fDisk->FindPropertyDecl("bad name"), zelStatusInvalidCIMName);
   fSubDisk->RemovePropertyDecl(fSubDisk->GetPropertyDecl("Size"));
   EXPECT_EQ(nullptr, fSubDisk->FindPropertyDecl("Size"));
   EXPECT_TRUE(fDisk->FindPropertyDecl("Size")); // Still shared with the superclass.
@@ -150,11 +129,8 @@ TEST_F(ClassTest, PropertyDeclarationLookups) {
 }
 
 TEST_F(ClassTest, ReferencesAndAssociatorsFindTheAssociationClasses) {
-  EXPECT_TRUE(fLink->IsAssociation());
-  EXPECT_EQ(TClasses{fLink}, fSystem->References("", ""));
-  EXPECT_EQ(1u, fSystem->References("Zel_SystemDevice", "Owner").size());
+  EXPECT_EQ(TClasses{fLink}, fSystem->References("Zel_SystemDevice", "Owner"));
   EXPECT_TRUE(fSystem->References("", "Part").empty()); // Part points at the disk.
-  EXPECT_EQ(1u, fDisk->References("", "part").size());
   EXPECT_TRUE(fSystem->References("Zel_System", "").empty());
   EXPECT_ZEL_THROW(fSystem->References("Zel_Missing", ""), zelStatusNotFound);
   // From a subclass the walk meets the association one level up; the role must then name
@@ -163,14 +139,12 @@ TEST_F(ClassTest, ReferencesAndAssociatorsFindTheAssociationClasses) {
   EXPECT_TRUE(fSubDisk->References("", "Part").empty());
   EXPECT_TRUE(fDevice->References("", "").empty()); // Recorded where the reference points.
 
-  EXPECT_EQ(TClasses{fDisk}, fSystem->Associators("Zel_SystemDevice", "", "", ""));
-  EXPECT_EQ(TClasses{fDisk}, fSystem->Associators("", "Zel_Device", "Owner", ""));
+  EXPECT_EQ(TClasses{fDisk}, fSystem->Associators("Zel_SystemDevice", "Zel_Device", "Owner", ""));
   EXPECT_EQ(TClasses{fDisk}, fSystem->Associators("", "", "", "Part"));
   // resultRole is not checked against the starting class itself.
   EXPECT_EQ(TClasses{fSystem}, fSystem->Associators("", "", "", "Owner"));
   EXPECT_EQ(TClasses{fSystem}, fDisk->Associators("", "", "", ""));
   EXPECT_TRUE(fSystem->Associators("", "Zel_SubDisk", "", "").empty());
-  EXPECT_TRUE(fSystem->Associators("Zel_Missing", "", "", "").empty());
   EXPECT_TRUE(fSystem->Associators("", "Zel_Missing", "", "").empty());
 }
 

@@ -1,20 +1,13 @@
-// Instances: properties made from the class, the collection stamp, key validation, paths,
-// equality and order, and the association lookups between instances.
+// Instances: properties, collection stamp, keys, paths, order and associations.
 #include "helpers.h"
 
 class InstanceTest : public SchemaTest {
 protected:
-  InstanceTest() : fMixed(NewClass(fContainer, "Zel_Mixed")) {
+  InstanceTest() : fMixed(*fContainer.AllocateClass("Zel_Mixed", 0)) {
     Property(*fDisk, "DateTimeOfCollection", TCIMValue(T::kDateTime, 0));
     Property(fMixed, "alpha", TCIMValue(T::kString, 0), true);
     Property(fMixed, "Beta", TCIMValue(T::kUint32, 0), true);
     fMixed.AddToContainer();
-  }
-
-  TCIMInstance* Mixed(const std::string& alpha) {
-    TCIMInstance* instance = fContainer.AllocateInstance(&fMixed);
-    instance->SetPropertyValue("Alpha", TCIMValue(alpha));
-    return instance;
   }
 
   TCIMClass& fMixed;
@@ -26,16 +19,11 @@ TEST_F(InstanceTest, HoldsOnePropertyPerDeclarationAndIsStamped) {
             Names(disk.EnumerateProperties()));
   TCIMValue stamp = disk.GetProperty("datetimeofcollection").GetValue();
   ASSERT_FALSE(stamp.IsNull());
-  EXPECT_EQ(T::kDateTime, stamp.GetType());
   EXPECT_EQ(25u, stamp.ToString(10).size());
 
   TCIMInstance device(fDevice);
-  EXPECT_EQ(nullptr, device.FindProperty("DateTimeOfCollection"));
   EXPECT_ZEL_THROW(device.GetProperty("DateTimeOfCollection"), zelStatusNotFound);
   EXPECT_ZEL_THROW(device.SetPropertyValue("Missing", TCIMValue(1u)), zelStatusNotFound);
-  EXPECT_ZEL_THROW(device.SetPrevPropertyValue("Missing"), zelStatusNotFound);
-  EXPECT_ZEL_THROW(device.SetPrevPropertyValue("Missing", TCIMValue(1u)), zelStatusNotFound);
-  EXPECT_ZEL_THROW(device.SetPropertyValue("Name", TCIMValue(1)), zelStatusTypeMismatch);
   EXPECT_ZEL_THROW((void)TCIMInstance(device, *fDevice), zelStatusNotImplemented);
 }
 
@@ -48,22 +36,26 @@ TEST_F(InstanceTest, SettersReachTheNamedProperty) {
 
   TCIMProperty replacement(fDevice->GetPropertyDecl("Caption"), TCIMValue("new"));
   device.SetProperty(replacement);
-  TCIMProperty& held = device.GetProperty("caption");
-  EXPECT_NE(&held, &replacement);
-  EXPECT_EQ("new", static_cast<std::string>(held.GetValue()));
-  EXPECT_FALSE(held.IsPrevValueDifferent()); // The whole property was replaced.
+  TCIMProperty& held = device.GetProperty("caption"); // The whole property was replaced.
+  EXPECT_TRUE(held == replacement && !held.IsPrevValueDifferent());
   EXPECT_ZEL_THROW(device.SetProperty(TCIMProperty(fDisk->GetPropertyDecl("Size"))),
                    zelStatusNotFound);
 }
 
-TEST_F(InstanceTest, KeysMustBeSetOutsideDiffContainers) {
-  TCIMInstance* partial = Mixed("a");
-  EXPECT_ZEL_THROW(partial->AddToContainer(), zelStatusInvalidInstance);
+TEST_F(InstanceTest, KeysMustBeSetOutsideDiffContainersAndMakeThePath) {
+  TCIMInstance* instance = fContainer.AllocateInstance(&fMixed);
+  instance->SetPropertyValue("Alpha", TCIMValue("host \"one\""));
+  EXPECT_ZEL_THROW(instance->AddToContainer(), zelStatusInvalidInstance);
   EXPECT_LOGGED("ZEL_Core: [Error] Instance Zel_Mixed: key property Beta is NULL");
   EXPECT_TRUE(fMixed.EnumerateInstances(false).empty());
-  delete partial;
+  // Bindings sort by the declared names: Beta before alpha, unlike their normalised forms.
+  instance->SetPropertyValue("beta", TCIMValue(42u));
+  instance->AddToContainer();
+  TCIMReference path = instance->BuildPath();
+  EXPECT_EQ("Zel_Mixed.Beta=\"42\",alpha=\"host \"one\"\"", path.GetPath());
+  EXPECT_EQ(instance, fMixed.FindInstance(path));
 
-  TCIMClass& defaulted = NewClass(fContainer, "Zel_Defaulted");
+  TCIMClass& defaulted = *fContainer.AllocateClass("Zel_Defaulted", 0);
   Property(defaulted, "Slot", TCIMValue(0u), true);
   defaulted.AddToContainer();
   TCIMInstance* slot = fContainer.AllocateInstance(&defaulted);
@@ -78,46 +70,23 @@ TEST_F(InstanceTest, KeysMustBeSetOutsideDiffContainers) {
   EXPECT_EQ("Zel_System.Name=\"\"", empty->BuildPath().GetPath());
 }
 
-TEST_F(InstanceTest, FiledUnderTheBuiltPathWhateverTheKeyNames) {
-  // Bindings sort by the declared names: Beta before alpha, unlike their normalised forms.
-  TCIMInstance* instance = Mixed("host \"one\"");
-  instance->SetPropertyValue("beta", TCIMValue(42u));
-  instance->AddToContainer();
-  TCIMReference path = instance->BuildPath();
-  EXPECT_EQ("Zel_Mixed.Beta=\"42\",alpha=\"host \"one\"\"", path.GetPath());
-  EXPECT_EQ(instance, fMixed.FindInstance(path));
-  fMixed.RemoveInstance(*instance);
-  EXPECT_TRUE(fMixed.EnumerateInstances(false).empty());
-
-  // A declaration renamed after it was filed: new instances know it by its new name.
-  fDevice->GetPropertyDecl("Caption").SetName("Label");
-  TCIMInstance renamed(fDevice);
-  EXPECT_EQ(nullptr, renamed.FindProperty("Caption"));
-  EXPECT_EQ("none", static_cast<std::string>(renamed.GetProperty("label").GetValue()));
-}
-
 TEST_F(InstanceTest, EqualityByPropertiesOrderByClassIdentity) {
   TCIMInstance a(fDevice), b(fDevice), c(fSubDisk);
   for (TCIMInstance* instance : {&a, &b, &c})
     instance->SetPropertyValue("Name", TCIMValue("a"));
-  EXPECT_TRUE(a == b);
-  EXPECT_FALSE(a < b || b < a);
+  EXPECT_TRUE(a == b && !(a < b) && !(b < a));
   b.SetPropertyValue("Caption", TCIMValue("changed"));
-  EXPECT_FALSE(a == b);
-  EXPECT_FALSE(a < b); // Properties take no part in the order.
+  EXPECT_FALSE(a == b || a < b || b < a); // Properties take no part in the order.
   EXPECT_FALSE(a == c);
-  EXPECT_NE(a < c, c < a);
   EXPECT_EQ(fDevice < fSubDisk, a < c);
 }
 
-// Systems host and other, disks sda and sdb (and a sub-disk), linked host-sda, host-sdb and
-// other-sdb.
+// Systems host and other, disks sda and sdb, linked host-sda, host-sdb and other-sdb.
 class InstanceAssociationTest : public SchemaTest {
 protected:
   InstanceAssociationTest()
       : fHost(&NamedInstance(*fSystem, "host")), fOther(&NamedInstance(*fSystem, "other")),
         fSda(&NamedInstance(*fDisk, "sda")), fSdb(&NamedInstance(*fDisk, "sdb")) {
-    NamedInstance(*fSubDisk, "nvme");
     typedef std::pair<const char*, const char*> TLink;
     for (TLink link : {TLink("host", "sda"), TLink("host", "sdb"), TLink("other", "sdb")}) {
       TCIMInstance* instance = fContainer.AllocateInstance(fLink);
@@ -135,16 +104,10 @@ TEST_F(InstanceAssociationTest, ReferencesAndAssociatorsFollowTheLinks) {
   ASSERT_EQ(3u, links.size());
   EXPECT_EQ("Zel_SystemDevice.Owner=\"Zel_System.Name=\"host\"\",Part=\"Zel_Disk.Name=\"sda\"\"",
             links[0]->BuildPath().GetPath());
-  EXPECT_EQ(2u, fHost->References("", "").size());
   EXPECT_EQ(2u, fSdb->References("Zel_SystemDevice", "Part").size());
-  EXPECT_TRUE(fSdb->References("", "Owner").empty());
-
   typedef std::vector<TCIMInstance*> TInstances;
   EXPECT_EQ((TInstances{fSda, fSdb}), fHost->Associators("", "", "", ""));
-  EXPECT_EQ((TInstances{fHost, fOther}),
-            fSdb->Associators("Zel_SystemDevice", "Zel_System", "Part", "Owner"));
-  EXPECT_TRUE(fSda->Associators("", "Zel_Disk", "", "").empty());
-  EXPECT_TRUE(fSda->Associators("", "Zel_Missing", "", "").empty());
+  EXPECT_EQ((TInstances{fHost, fOther}), fSdb->Associators("", "Zel_System", "", ""));
 }
 
 // The container is the root of every lifetime: the sanitizer build fails this test on any

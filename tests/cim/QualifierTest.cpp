@@ -1,8 +1,5 @@
-// Qualifier declarations, qualifiers, and the override rule that classes and property
-// declarations share.
+// Qualifier declarations, qualifiers, and the override rule of their holders.
 #include "helpers.h"
-
-#include <functional>
 
 class QualifierTest : public ZelTest {
 protected:
@@ -12,15 +9,12 @@ protected:
 
 TEST_F(QualifierTest, DeclarationFlavorsAndType) {
   TCIMQualifierDecl empty(fContainer);
-  EXPECT_EQ("", empty.GetName());
-  EXPECT_EQ(0, empty.GetScope());
-  EXPECT_EQ(0, empty.GetFlavor());
+  EXPECT_TRUE(empty.GetName().empty() && empty.GetScope() == 0 && empty.GetFlavor() == 0);
   EXPECT_NO_THROW(empty.Validate());
 
   TCIMQualifierDecl units(fContainer, "Units", TCIMValue(T::kString, 3), D::eProperty,
                           Flavors(D::eTranslatable));
   EXPECT_EQ(T::kString | T::kArray, units.GetType());
-  EXPECT_TRUE(units.IsArray());
   units.SetFlavor(Flavors(D::eOverridable | D::eToSubclass));
   EXPECT_EQ(D::eOverridable | D::eToSubclass | D::eTranslatable, units.GetFlavor());
   units.UnsetFlavor(Flavors(D::eTranslatable | D::eOverridable));
@@ -33,23 +27,19 @@ TEST_F(QualifierTest, DeclarationsCompareByNormalisedNameOnly) {
   TCIMQualifierDecl key(fContainer, "Key", TCIMValue(true), D::eProperty, Flavors(0));
   TCIMQualifierDecl upper(fContainer, "KEY", TCIMValue(7), D::eClass, Flavors(2));
   TCIMQualifierDecl abstract(fContainer, "ABSTRACT", TCIMValue(), D::eClass, Flavors(0));
-  TCIMQualifierDecl longer(fContainer, "Keys", TCIMValue(), D::eClass, Flavors(0));
   EXPECT_TRUE(key == upper);
   EXPECT_FALSE(key < upper || upper < key);
   EXPECT_TRUE(abstract < key);
-  EXPECT_TRUE(key < longer); // A proper prefix orders first.
 
   TCIMQualifier a(key, TCIMValue(true));
-  TCIMQualifier c(abstract, TCIMValue(true));
   EXPECT_TRUE(a == TCIMQualifier(upper, TCIMValue(false)));
-  EXPECT_TRUE(c < a);
+  EXPECT_TRUE(TCIMQualifier(abstract, TCIMValue(true)) < a);
 }
 
 TEST_F(QualifierTest, QualifierTakesFlavorsAndCopiesDeeply) {
   TCIMQualifierDecl& description = *fContainer.GetQualifierDecl("Description");
   TCIMQualifier inherited(description, TCIMValue("text"));
   EXPECT_EQ(D::eOverridable | D::eToSubclass, inherited.GetFlavor());
-  EXPECT_FALSE(inherited.GetPropagated());
 
   TCIMQualifier own(description, TCIMValue((unsigned char)5), Flavors(D::eTranslatable));
   EXPECT_EQ(D::eTranslatable, own.GetFlavor());
@@ -59,24 +49,22 @@ TEST_F(QualifierTest, QualifierTakesFlavorsAndCopiesDeeply) {
   TCIMQualifier copy(inherited);
   EXPECT_TRUE(copy.GetPropagated());
   copy.SetValue(TCIMValue("changed"));
-  EXPECT_EQ("text", static_cast<std::string>(inherited.GetValue()));
   own = inherited;
-  EXPECT_NE(own.GetBody(), inherited.GetBody());
-  EXPECT_EQ("text", static_cast<std::string>(own.GetValue()));
+  own.SetValue(TCIMValue("changed"));
+  EXPECT_EQ("text", static_cast<std::string>(inherited.GetValue()));
 }
 
 TEST_F(QualifierTest, EveryChangeClearsThePropagatedMark) {
   TCIMQualifier q(*fContainer.GetQualifierDecl("KEY"), TCIMValue(true));
-  std::function<void()> changes[] = {
-      [&] { q.SetValue(TCIMValue(true)); },
-      [&] { q.SetFlavor(Flavors(D::eToSubclass)); },
-      [&] { q.UnsetFlavor(Flavors(D::eTranslatable)); },
-  };
-  for (auto& change : changes) {
-    q.SetPropagated(true);
-    change(); // Even a change that changes nothing.
-    EXPECT_FALSE(q.GetPropagated());
-  }
+  q.SetPropagated(true);
+  q.SetValue(TCIMValue(true)); // Even a change that changes nothing.
+  EXPECT_FALSE(q.GetPropagated());
+  q.SetPropagated(true);
+  q.SetFlavor(Flavors(D::eToSubclass));
+  EXPECT_FALSE(q.GetPropagated());
+  q.SetPropagated(true);
+  q.UnsetFlavor(Flavors(D::eTranslatable));
+  EXPECT_FALSE(q.GetPropagated());
 }
 
 TEST_F(QualifierTest, ClassesAndPropertyDeclarationsApplyTheOverrideRule) {
@@ -88,15 +76,13 @@ TEST_F(QualifierTest, ClassesAndPropertyDeclarationsApplyTheOverrideRule) {
     SCOPED_TRACE(holder == &cls ? "class" : "property declaration");
     TCIMQualifier* first = new TCIMQualifier(key, TCIMValue(true));
     holder->AddQualifier(*first);
-    EXPECT_EQ(first, &holder->GetQualifier("key")); // The very object, not a copy.
     TCIMQualifier same(key, TCIMValue(true));
     EXPECT_NO_THROW(holder->AddQualifier(same)); // Accepted without change; still ours.
-    EXPECT_EQ(first, &holder->GetQualifier("Key"));
     TCIMQualifier other(key, TCIMValue(false));
     EXPECT_ZEL_THROW(holder->AddQualifier(other), zelStatusNotOverridable);
     TCIMQualifier extraFlavor(key, TCIMValue(true), Flavors(D::eToSubclass | D::eTranslatable));
     EXPECT_ZEL_THROW(holder->AddQualifier(extraFlavor), zelStatusNotOverridable);
-    EXPECT_EQ(first, &holder->GetQualifier("KEY"));
+    EXPECT_EQ(first, &holder->GetQualifier("key")); // The very object, not a copy.
 
     holder->AddQualifier(*new TCIMQualifier(description, TCIMValue("a")));
     TCIMQualifier* locked = new TCIMQualifier(description, TCIMValue("b"), Flavors(0));
@@ -105,18 +91,15 @@ TEST_F(QualifierTest, ClassesAndPropertyDeclarationsApplyTheOverrideRule) {
     EXPECT_ZEL_THROW(holder->AddQualifier(late), zelStatusNotOverridable);
     EXPECT_EQ((std::vector<TCIMQualifier*>{locked, first}), holder->EnumerateQualifiers());
 
-    EXPECT_ZEL_THROW(holder->GetQualifier("Missing"), zelStatusNotFound);
     TCIMQualifier probe(key, TCIMValue(false));
     holder->RemoveQualifier(probe); // Removes the held one of that name.
     EXPECT_ZEL_THROW(holder->GetQualifier("KEY"), zelStatusNotFound);
     EXPECT_ZEL_THROW(holder->RemoveQualifier(probe), zelStatusNotFound);
-    EXPECT_EQ(1u, holder->EnumerateQualifiers().size());
   }
 }
 
 TEST_F(QualifierTest, ScopeIsNeverChecked) {
   ASSERT_EQ(D::eClass, Declare(fContainer, "ClassOnly", TCIMValue(true), 0).GetScope());
   TCIMClass cls(fContainer, "Zel_Holder", 0);
-  TCIMPropertyDecl& decl = Property(cls, "Name", TCIMValue(T::kString, 0));
-  EXPECT_NO_THROW(Qualify(decl, fContainer, "ClassOnly", TCIMValue(true)));
+  EXPECT_NO_THROW(Qualify(Property(cls, "Name", TCIMValue("")), fContainer, "ClassOnly", true));
 }

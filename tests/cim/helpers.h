@@ -1,5 +1,4 @@
-// Schema builders shared by the object-model and container tests; every object is made
-// through the container's factories and owned by the schema once added.
+// Schema builders shared by the object-model and container tests.
 #ifndef CIM_HELPERS_H
 #define CIM_HELPERS_H
 
@@ -8,9 +7,6 @@
 #include "TCIMProperty.h"
 #include "TCIMPropertyDecl.h"
 #include "TCIMQualifier.h"
-#include "TCIMQualifierDecl.h"
-#include "TCIMReference.h"
-#include "TCIMValue.h"
 #include "TContainer.h"
 #include "ZelTest.h"
 
@@ -23,11 +19,8 @@ typedef std::vector<std::string> TNames;
 
 inline D::EFlavor Flavors(unsigned int bits) { return static_cast<D::EFlavor>(bits); }
 
-/// The registered declaration of that name, declared with value and flavor when missing.
 inline TCIMQualifierDecl& Declare(TContainer& container, const std::string& name,
                                   const TCIMValue& value, unsigned int flavor) {
-  if (TCIMQualifierDecl* known = container.FindQualifierDecl(name))
-    return *known;
   TCIMQualifierDecl* decl =
       container.AllocateQualifierDecl(name, value, D::eClass, Flavors(flavor));
   decl->AddToContainer();
@@ -51,12 +44,6 @@ inline TCIMQualifier& Qualify(ICIMAllowQualifiers& holder, TContainer& container
   return holder.GetQualifier(name);
 }
 
-/// A new class, not yet added.
-inline TCIMClass& NewClass(TContainer& container, const std::string& name,
-                           TCIMClass* superclass = 0) {
-  return *container.AllocateClass(name, superclass);
-}
-
 /// Declares a property in cls (which owns it from then on), a key when asked.
 inline TCIMPropertyDecl& Property(TCIMClass& cls, const std::string& name,
                                   const TCIMValue& value, bool key = false) {
@@ -67,7 +54,6 @@ inline TCIMPropertyDecl& Property(TCIMClass& cls, const std::string& name,
   return *decl;
 }
 
-/// A NULL reference value to cls.
 inline TCIMValue Pointing(TCIMClass& cls) {
   TCIMValue value(T::kReference, 0);
   value.SetReferencedClass(cls);
@@ -77,18 +63,17 @@ inline TCIMValue Pointing(TCIMClass& cls) {
 /// A class keyed by a string "Name" (unless inherited), added to the container.
 inline TCIMClass& KeyedClass(TContainer& container, const std::string& name,
                              TCIMClass* superclass = 0) {
-  TCIMClass& cls = NewClass(container, name, superclass);
+  TCIMClass& cls = *container.AllocateClass(name, superclass);
   if (!superclass)
     Property(cls, "Name", TCIMValue(T::kString, 0), true);
   cls.AddToContainer();
   return cls;
 }
 
-/// An added association class with two key references.
 inline TCIMClass& Association(TContainer& container, const std::string& name,
                               const std::string& leftRole, TCIMClass& left,
                               const std::string& rightRole, TCIMClass& right) {
-  TCIMClass& cls = NewClass(container, name);
+  TCIMClass& cls = *container.AllocateClass(name, 0);
   Qualify(cls, container, "ASSOCIATION", TCIMValue(true));
   Property(cls, leftRole, Pointing(left), true);
   Property(cls, rightRole, Pointing(right), true);
@@ -96,7 +81,7 @@ inline TCIMClass& Association(TContainer& container, const std::string& name,
   return cls;
 }
 
-/// An instance of cls keyed by Name, added to its class (which owns it).
+/// An instance of cls keyed by Name, owned by its class.
 inline TCIMInstance& NamedInstance(TCIMClass& cls, const std::string& name) {
   TCIMInstance* instance = cls.GetContainer().AllocateInstance(&cls);
   instance->SetPropertyValue("Name", TCIMValue(name));
@@ -104,7 +89,6 @@ inline TCIMInstance& NamedInstance(TCIMClass& cls, const std::string& name) {
   return *instance;
 }
 
-/// The path of an instance of cls keyed by Name.
 inline TCIMReference PathTo(TCIMClass& cls, const std::string& name) {
   TCIMReference path(&cls.GetContainer());
   path.SetClass(cls);
@@ -112,7 +96,6 @@ inline TCIMReference PathTo(TCIMClass& cls, const std::string& name) {
   return path;
 }
 
-/// The names of the elements, in order.
 template <class TElement> TNames Names(const std::vector<TElement*>& elements) {
   TNames names;
   for (TElement* element : elements)
@@ -120,22 +103,21 @@ template <class TElement> TNames Names(const std::vector<TElement*>& elements) {
   return names;
 }
 
-/// Zel_Element (abstract, described) <- Zel_Device (key Name, Caption) <- Zel_Disk (Size)
-/// <- Zel_SubDisk, and the association Zel_SystemDevice from Owner (a Zel_System) to Part
-/// (a Zel_Disk).
+/// Zel_Element (abstract, described) <- Zel_Device (key Name, Caption) <- Zel_Disk (Size) <-
+/// Zel_SubDisk, and the association Zel_SystemDevice from Owner (Zel_System) to Part (Zel_Disk).
 class SchemaTest : public ZelTest {
 protected:
   SchemaTest() {
     DeclareStandardQualifiers(fContainer);
-    fElement = &NewClass(fContainer, "Zel_Element");
+    fElement = fContainer.AllocateClass("Zel_Element", 0);
     Qualify(*fElement, fContainer, "ABSTRACT", TCIMValue(true));
     Qualify(*fElement, fContainer, "Description", TCIMValue("root of all"));
     fElement->AddToContainer();
-    fDevice = &NewClass(fContainer, "Zel_Device", fElement);
+    fDevice = fContainer.AllocateClass("Zel_Device", fElement);
     Property(*fDevice, "Name", TCIMValue(T::kString, 0), true);
     Property(*fDevice, "Caption", TCIMValue("none"));
     fDevice->AddToContainer();
-    fDisk = &NewClass(fContainer, "Zel_Disk", fDevice);
+    fDisk = fContainer.AllocateClass("Zel_Disk", fDevice);
     Property(*fDisk, "Size", TCIMValue(T::kUint64, 0));
     fDisk->AddToContainer();
     fSubDisk = &KeyedClass(fContainer, "Zel_SubDisk", fDisk);

@@ -1,5 +1,4 @@
-// The container: name normalisation, registries of classes and qualifier declarations,
-// the root class, the factories and the diff state.
+// The container: name normalisation, registries, the root class and the diff state.
 #include "../cim/helpers.h"
 #include "ILogger.h"
 #include "TContainerImpl.h"
@@ -11,10 +10,9 @@ protected:
 };
 
 TEST_F(ContainerTest, NormalizeNameLowersAndValidates) {
-  EXPECT_EQ("cim_system", TContainerImpl::NormalizeName("CIM_System"));
-  EXPECT_EQ("_x9", TContainerImpl::NormalizeName("_X9"));
+  EXPECT_EQ("_cim_x9", TContainerImpl::NormalizeName("_CIM_X9"));
   EXPECT_EQ("", TContainerImpl::NormalizeName(""));
-  for (const char* name : {"1abc", "a-b", "A B", "a.b"}) {
+  for (const char* name : {"1abc", "a-b"}) {
     SCOPED_TRACE(name);
     EXPECT_ZEL_THROW(TContainerImpl::NormalizeName(name), zelStatusInvalidCIMName);
     EXPECT_LOGGED(std::string("ZEL_Core: [Error] CIM name '") + name + "' is invalid");
@@ -23,29 +21,15 @@ TEST_F(ContainerTest, NormalizeNameLowersAndValidates) {
 
 TEST_F(ContainerTest, RootClassIsReachedOnlyByTheEmptyName) {
   TCIMClass* root = fContainer.GetRootClass();
-  ASSERT_TRUE(root);
   EXPECT_EQ("<root>", root->GetName());
   EXPECT_EQ(root, fContainer.GetClass(""));
   EXPECT_EQ(root, fContainer.FindClass(""));
   EXPECT_ZEL_THROW(fContainer.FindClass("<root>"), zelStatusInvalidCIMName);
   EXPECT_ZEL_THROW(fContainer.GetQualifierDecl(""), zelStatusNotFound);
-  EXPECT_EQ(nullptr, fContainer.FindQualifierDecl(""));
   EXPECT_FALSE(root->IsRootClass()); // Only classes made without a superclass are.
-  EXPECT_EQ(nullptr, root->GetSuperClass());
 }
 
-TEST_F(ContainerTest, ClassesAreFoundCaseInsensitively) {
-  DeclareStandardQualifiers(fContainer);
-  TCIMClass& system = KeyedClass(fContainer, "CIM_System");
-  EXPECT_EQ(&system, fContainer.FindClass("cim_system"));
-  EXPECT_EQ(&system, fContainer.GetClass("CIM_SYSTEM"));
-  EXPECT_EQ(nullptr, fContainer.FindClass("_x9"));
-  EXPECT_ZEL_THROW(fContainer.GetClass("Missing"), zelStatusNotFound);
-  EXPECT_ZEL_THROW(fContainer.FindClass("a-b"), zelStatusInvalidCIMName);
-  EXPECT_EQ(fContainer.GetRootClass(), system.GetSuperClass());
-}
-
-TEST_F(ContainerTest, DuplicateLinesAreDebugAndNeedTheThreshold) {
+TEST_F(ContainerTest, NamesAreKeyedNormalisedAndDuplicatesLoggedAtDebug) {
   Declare(fContainer, "Key", TCIMValue(false), 0);
   TCIMQualifierDecl* again =
       fContainer.AllocateQualifierDecl("KEY", TCIMValue(true), D::eProperty, Flavors(0));
@@ -58,6 +42,9 @@ TEST_F(ContainerTest, DuplicateLinesAreDebugAndNeedTheThreshold) {
 
   TCIMClass* system = fContainer.AllocateClass("CIM_System", 0);
   fContainer.AddClass(*system); // The registry itself asks for no keys.
+  EXPECT_EQ(system, fContainer.FindClass("cim_system"));
+  EXPECT_EQ(nullptr, fContainer.FindClass("_x9"));
+  EXPECT_ZEL_THROW(fContainer.GetClass("Missing"), zelStatusNotFound);
   TCIMClass* other = fContainer.AllocateClass("cim_SYSTEM", 0);
   EXPECT_ZEL_THROW(fContainer.AddClass(*other), zelStatusAlreadyExists);
   EXPECT_LOGGED("ZEL_Core: [Debug] TContainer: class cim_SYSTEM already defined");
@@ -76,21 +63,15 @@ TEST_F(ContainerTest, QualifierDeclarationsEnumerateInNormalisedOrder) {
 
   fContainer.RemoveQualifierDecl(*decls[0]);
   EXPECT_EQ(nullptr, fContainer.FindQualifierDecl("abstract"));
-  TCIMQualifierDecl stranger(fContainer, "Abstract", TCIMValue(), D::eClass, Flavors(0));
-  EXPECT_ZEL_THROW(fContainer.RemoveQualifierDecl(stranger), zelStatusNotFound);
   EXPECT_EQ(2u, fContainer.EnumerateQualifiers().size());
 }
 
 TEST_F(ContainerTest, DiffStateIsGuardedUntilTurnedOn) {
-  EXPECT_FALSE(fContainer.isDiffContainer());
   EXPECT_ZEL_THROW(fContainer.hasDifferences(), zelStatusNotSupported);
-  EXPECT_ZEL_THROW(fContainer.getDiffInstances(), zelStatusNotSupported);
-  EXPECT_ZEL_THROW(fContainer.setDiffInstances({}), zelStatusNotSupported);
   EXPECT_LOGGED("ZEL_Core: [Error] TContainer: Cannot access DiffInstances if the containter is "
                 "not a Diff Container");
 
   fContainer.hackhack_TurnIntoADiffContainer();
-  EXPECT_TRUE(fContainer.isDiffContainer());
   EXPECT_FALSE(fContainer.hasDifferences());
   DeclareStandardQualifiers(fContainer);
   TCIMInstance& changed = NamedInstance(KeyedClass(fContainer, "Zel_Thing"), "a");

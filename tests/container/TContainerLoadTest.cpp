@@ -1,5 +1,4 @@
-// Loading a container from real files, plain and gzip (made here with zlib), and every way
-// that can fail.
+// Loading a container from real plain and gzip files (made here with zlib), and failures.
 #include "../cim/helpers.h"
 
 #include <fstream>
@@ -11,17 +10,11 @@ namespace {
 
 // Twelve lines; the class is registered before the error on line 12.
 std::string const kDocument =
-    "<?xml version=\"1.0\"?>\n"
-    "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">\n"
-    "<DECLARATION>\n"
-    "<DECLGROUP>\n"
-    "<QUALIFIER.DECLARATION NAME=\"ABSTRACT\" TYPE=\"boolean\">\n"
-    "<SCOPE CLASS=\"true\"/>\n"
-    "</QUALIFIER.DECLARATION>\n"
-    "<VALUE.OBJECT><CLASS NAME=\"ZT_Base\">\n"
+    "<?xml version=\"1.0\"?>\n<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">\n<DECLARATION>\n"
+    "<DECLGROUP>\n<QUALIFIER.DECLARATION NAME=\"ABSTRACT\" TYPE=\"boolean\">\n"
+    "<SCOPE CLASS=\"true\"/>\n</QUALIFIER.DECLARATION>\n<VALUE.OBJECT><CLASS NAME=\"ZT_Base\">\n"
     "<QUALIFIER NAME=\"ABSTRACT\" TYPE=\"boolean\"><VALUE>true</VALUE></QUALIFIER>\n"
-    "</CLASS></VALUE.OBJECT>\n"
-    "<VALUE.OBJECT><CLASS NAME=\"ZT_Derived\" SUPERCLASS=\"ZT_Base\">\n"
+    "</CLASS></VALUE.OBJECT>\n<VALUE.OBJECT><CLASS NAME=\"ZT_Derived\" SUPERCLASS=\"ZT_Base\">\n"
     "<QUALIFIER NAME=\"ABSTRACT\" TYPE=\"boolean\"><VALUE>true</VALUE></QUALIFIER>\n";
 std::string const kWhole = kDocument + "</CLASS></VALUE.OBJECT></DECLGROUP></DECLARATION></CIM>\n";
 
@@ -35,11 +28,6 @@ protected:
     return path;
   }
 
-  static std::string ReadAll(std::string const& path) {
-    std::ifstream in(path.c_str(), std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-  }
-
   // The gzip bytes with a trailer that announces length.
   static std::string WithLength(std::string bytes, unsigned long length) {
     for (int i = 0; i < 4; ++i)
@@ -47,39 +35,28 @@ protected:
     return bytes;
   }
 
-  TNames Load(TContainer& container, std::string const& path) {
-    return Names(container.PopulateContainerFromFile(path));
-  }
-
   TContainer fContainer;
 };
 
 TEST_F(ContainerLoadTest, PlainAndGzipFilesLoadTheSameClasses) {
-  TNames both = {"ZT_Base", "ZT_Derived"};
-  EXPECT_EQ(both, Load(fContainer, WriteFile("plain.xml", kWhole)));
-  TContainer zipped, inside;
-  EXPECT_EQ(both, Load(zipped, WriteGzip("zipped.xml.gz", kWhole)));
-  EXPECT_EQ(both, Load(inside, WriteGzip("archive.gz.xml", kWhole))); // ".gz" anywhere.
-  EXPECT_ZEL_THROW(inside.PopulateContainerFromFile(WriteFile("plain.gz.d/x.xml", kWhole)),
-                   zelStatusFileSystemError); // No such directory: the form decides nothing.
+  // ".gz" anywhere in the name means gzip.
+  for (std::string path : {WriteFile("plain.xml", kWhole), WriteGzip("a.xml.gz", kWhole),
+                           WriteGzip("archive.gz.xml", kWhole)}) {
+    TContainer container;
+    EXPECT_EQ((TNames{"ZT_Base", "ZT_Derived"}), Names(container.PopulateContainerFromFile(path)));
+  }
   EXPECT_TRUE(LoggedLines().empty());
 }
 
 TEST_F(ContainerLoadTest, FilesThatAreMissingLieOrBreakAreRefused) {
-  std::string good = ReadAll(WriteGzip("good.xml.gz", kWhole));
-  std::string badCrc = good;
-  badCrc[badCrc.size() - 8] ^= 0x55;
+  std::ifstream in(WriteGzip("good.xml.gz", kWhole).c_str(), std::ios::binary);
+  std::string good((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
   struct Row { const char* name; std::string bytes; zelStatusCode code; };
   Row rows[] = {
       {"data.xml.gz", kWhole, zelStatusInvalidGzipFile},
-      {"data.gz.xml", kWhole, zelStatusInvalidGzipFile},
       {"longer.xml.gz", WithLength(good, kWhole.size() + 1), zelStatusCorruptGzipFile},
       {"shorter.xml.gz", WithLength(good, kWhole.size() - 1), zelStatusCorruptGzipFile},
       {"huge.xml.gz", WithLength(good, 104857601), zelStatusInvalidSpecificationDocument},
-      {"crc.xml.gz", badCrc, zelStatusCorruptGzipFile},
-      // Half the stream, the whole trailer.
-      {"cut.xml.gz", good.substr(0, good.size() / 2) + good.substr(good.size() - 8),
-       zelStatusCorruptGzipFile},
       {"tiny.xml.gz", "\x1f\x8b", zelStatusFileSystemError},
       {"one.xml.gz", "\x1f", zelStatusFileSystemError},
   };
@@ -88,9 +65,8 @@ TEST_F(ContainerLoadTest, FilesThatAreMissingLieOrBreakAreRefused) {
     EXPECT_ZEL_THROW(fContainer.PopulateContainerFromFile(WriteFile(row.name, row.bytes)),
                      row.code);
   }
-  for (const char* missing : {"missing.xml.gz", "missing.xml", ""})
-    EXPECT_ZEL_THROW(fContainer.PopulateContainerFromFile(TempPath(missing)),
-                     zelStatusFileSystemError);
+  EXPECT_ZEL_THROW(fContainer.PopulateContainerFromFile(TempPath("missing.xml")),
+                   zelStatusFileSystemError);
   std::string large = WriteFile("large.xml", "");
   ASSERT_EQ(truncate(large.c_str(), 104857601), 0);
   EXPECT_ZEL_THROW(fContainer.PopulateContainerFromFile(large),
@@ -101,13 +77,10 @@ TEST_F(ContainerLoadTest, FilesThatAreMissingLieOrBreakAreRefused) {
 
 // A container that makes its own object types, as hosts do to attach their data.
 int gMadeClasses;
-class TCountingClass : public TCIMClass {
-  using TCIMClass::TCIMClass;
-};
 class TCountingContainer : public TContainer {
   TCIMClass* AllocateClass(const std::string& name, TCIMClass* superclass) const override {
     ++gMadeClasses;
-    return new TCountingClass(const_cast<TCountingContainer&>(*this), name, superclass);
+    return TContainer::AllocateClass(name, superclass);
   }
 };
 
@@ -115,10 +88,8 @@ TEST_F(ContainerLoadTest, TheLoaderMakesClassesThroughTheFactory) {
   gMadeClasses = 0;
   TCountingContainer container;
   EXPECT_EQ(0, gMadeClasses); // The root is made while only the base container exists.
-  std::vector<TCIMClass*> loaded = container.PopulateContainerFromFile(WriteFile("a.xml", kWhole));
+  container.PopulateContainerFromFile(WriteFile("a.xml", kWhole));
   EXPECT_EQ(2, gMadeClasses);
-  for (TCIMClass* cls : loaded)
-    EXPECT_TRUE(dynamic_cast<TCountingClass*>(cls)) << cls->GetName();
 }
 
 TEST_F(ContainerLoadTest, ParseErrorsNameTheFileAfterTheParserLine) {
@@ -129,15 +100,11 @@ TEST_F(ContainerLoadTest, ParseErrorsNameTheFileAfterTheParserLine) {
             (TNames{"ZEL_Core: [Error] CIM-XML Parser line 1:Unexpected character before prolog",
                     "ZEL_Core: [Error] Previous error was while parsing file '" + empty + "'"}));
 
-  // The error on line 13 comes from the tokenizer; what was registered before it stays.
+  // What was registered before the error on line 13 stays.
   std::string broken = WriteGzip("broken.xml.gz", kDocument + "</VALUE.OBJECT>\n");
   TContainer other;
   EXPECT_ZEL_THROW(other.PopulateContainerFromFile(broken), zelStatusInvalidSpecificationDocument);
-  TNames lines = LoggedLines();
-  ASSERT_EQ(lines.size(), 4u);
-  EXPECT_EQ(lines[2], "ZEL_Core: [Error] CIM-XML Parser line 13:Start and end element names "
-                      "don't match");
-  EXPECT_EQ(lines[3], "ZEL_Core: [Error] Previous error was while parsing file '" + broken + "'");
+  EXPECT_LOGGED("ZEL_Core: [Error] Previous error was while parsing file '" + broken + "'");
   EXPECT_NE(other.FindClass("ZT_Base"), nullptr);
   EXPECT_EQ(other.FindClass("ZT_Derived"), nullptr);
 }
