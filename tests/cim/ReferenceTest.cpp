@@ -155,7 +155,8 @@ TEST_F(ReferenceTest, CFunctionsBuildReferencesWithKeysOfEveryType) {
   Qualify(wide, fContainer, "ASSOCIATION", TCIMValue(true));
   std::pair<const char*, T::ECIMType> keys[] = {
       {"B", T::kBoolean},  {"U8", T::kUint8},   {"S8", T::kSint8},   {"S32", T::kSint32},
-      {"U64", T::kUint64}, {"S64", T::kSint64}, {"Str", T::kString}, {"Stamp", T::kDateTime}};
+      {"U64", T::kUint64}, {"S64", T::kSint64}, {"Str", T::kString}, {"Stamp", T::kDateTime},
+      {"U16", T::kUint16}, {"S16", T::kSint16}, {"U32", T::kUint32}};
   for (const auto& key : keys)
     Property(wide, key.first, TCIMValue(key.second, 0), true);
   Property(wide, "Link", Pointing(*fFoo), true);
@@ -169,15 +170,17 @@ TEST_F(ReferenceTest, CFunctionsBuildReferencesWithKeysOfEveryType) {
       zelReferenceAddBoolean(ref, "B", 2),    zelReferenceAddUint8(ref, "U8", 200),
       zelReferenceAddSint8(ref, "S8", -8),    zelReferenceAddSint32(ref, "S32", -32),
       zelReferenceAddUint64(ref, "U64", 64),  zelReferenceAddSint64(ref, "S64", -64),
-      zelReferenceAddString(ref, "Str", "s"),
+      zelReferenceAddUint16(ref, "U16", 16),  zelReferenceAddSint16(ref, "S16", -16),
+      zelReferenceAddUint32(ref, "U32", 32),  zelReferenceAddString(ref, "Str", "s"),
       zelReferenceAddDateTime(ref, "Stamp", &stamp),
       zelReferenceAddReference(ref, "Link", &target)};
   for (zelStatusCode status : added)
     EXPECT_ZEL_STATUS(status, zelStatusOK);
   EXPECT_ZEL_STATUS(zelReferenceAddSint64(ref, "U64", 1), zelStatusTypeMismatch);
   EXPECT_ZEL_STATUS(zelReferenceAddReference(ref, "Link", &nowhere), zelStatusNotFound);
-  EXPECT_EQ("Zel_Wide.B=\"true\",Link=\"Foo.Id=\"3\",Name=\"a\"\",S32=\"-32\",S64=\"-64\","
-            "S8=\"-8\",Stamp=\"20240102030405.000006+060\",Str=\"s\",U64=\"64\",U8=\"200\"",
+  EXPECT_EQ("Zel_Wide.B=\"true\",Link=\"Foo.Id=\"3\",Name=\"a\"\",S16=\"-16\",S32=\"-32\","
+            "S64=\"-64\",S8=\"-8\",Stamp=\"20240102030405.000006+060\",Str=\"s\",U16=\"16\","
+            "U32=\"32\",U64=\"64\",U8=\"200\"",
             ref->GetPath());
   EXPECT_ZEL_STATUS(zelDeleteCIMReference(ref), zelStatusOK);
 
