@@ -9,6 +9,7 @@
 #include "zelcore.h"
 
 #include <ctype.h>
+#include <dirent.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -17,6 +18,48 @@
 #ifndef ZEL_PLUGIN_VERSION
 #define ZEL_PLUGIN_VERSION "1.0.0"
 #endif
+
+/* The root the machine is read under: $ZEL_SYSROOT (a fixture tree in the tests), else "/".
+ * Every path a plugin reads is absolute and goes through ZelPluginPath. */
+static inline const char* ZelPluginRoot(void) {
+  const char* root = getenv("ZEL_SYSROOT");
+  return root && root[0] ? root : "/";
+}
+
+/* path (absolute, as on the machine) under the root, into buffer; returns buffer. */
+static inline const char* ZelPluginPath(const char* path, char* buffer, size_t size) {
+  const char* root = ZelPluginRoot();
+  size_t length = strlen(root);
+  while (length > 0 && root[length - 1] == '/')
+    --length;
+  snprintf(buffer, size, "%.*s%s", (int)length, root, path);
+  return buffer;
+}
+
+static inline FILE* ZelPluginFopen(const char* path) {
+  char rooted[4096];
+  return fopen(ZelPluginPath(path, rooted, sizeof rooted), "r");
+}
+
+static inline DIR* ZelPluginOpendir(const char* path) {
+  char rooted[4096];
+  return opendir(ZelPluginPath(path, rooted, sizeof rooted));
+}
+
+/* The last component of a symbolic link's target (a driver, a subsystem); 0 when it is no
+ * link. */
+static inline int ZelPluginLinkName(const char* path, char* name, size_t size) {
+  char rooted[4096];
+  char target[4096];
+  const char* slash;
+  ssize_t length = readlink(ZelPluginPath(path, rooted, sizeof rooted), target, sizeof target - 1);
+  if (length <= 0)
+    return 0;
+  target[length] = '\0';
+  slash = strrchr(target, '/');
+  snprintf(name, size, "%s", slash ? slash + 1 : target);
+  return 1;
+}
 
 /* Cuts trailing white space in place; returns text. */
 static inline char* ZelPluginTrim(char* text) {
@@ -35,7 +78,7 @@ static inline char* ZelPluginSkipSpace(char* text) {
 
 /* The first line of a file, trimmed, into buffer; 0 when unreadable or empty. */
 static inline int ZelPluginReadLine(const char* path, char* buffer, size_t size) {
-  FILE* file = fopen(path, "r");
+  FILE* file = ZelPluginFopen(path);
   int found;
   if (!file)
     return 0;
@@ -66,7 +109,7 @@ static inline int ZelPluginSplitField(char* line, char separator, char** name, c
 static inline int ZelPluginFileField(const char* path, char separator, const char* wanted,
                                      char* value, size_t size) {
   char line[512];
-  FILE* file = fopen(path, "r");
+  FILE* file = ZelPluginFopen(path);
   int found = 0;
   if (!file)
     return 0;

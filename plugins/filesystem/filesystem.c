@@ -63,7 +63,7 @@ static zelStatusCode AddFileSystem(zelIOHandle* io, const char* device, const ch
 static zelStatusCode AddFileSystems(zelIOHandle* io) {
   char line[4096];
   zelStatusCode status = zelStatusOK;
-  FILE* file = fopen("/proc/mounts", "r");
+  FILE* file = ZelPluginFopen("/proc/mounts");
   if (!file)
     return zelStatusOK;
   while (status == zelStatusOK && fgets(line, sizeof line, file)) {

@@ -16,7 +16,6 @@ static zelStatusCode AddAdapter(zelIOHandle* io, const char* adapter) {
   char value[256];
   char path[PATH_MAX];
   char target[PATH_MAX];
-  ssize_t length;
   zelStatusCode status = ZelPluginOpenInstance(io, "KAPLA_NetworkAdapter", "DeviceID", adapter);
   if (status != zelStatusOK)
     return status;
@@ -31,20 +30,15 @@ static zelStatusCode AddAdapter(zelIOHandle* io, const char* adapter) {
   if (ReadNetFile(adapter, "operstate", value, sizeof value))
     zelAddStringProperty(io, "LinkState", value);
   snprintf(path, sizeof path, "/sys/class/net/%s/device/driver", adapter);
-  length = readlink(path, target, sizeof target - 1);
-  if (length > 0) {
-    const char* slash;
-    target[length] = '\0';
-    slash = strrchr(target, '/');
-    zelAddStringProperty(io, "Driver", slash ? slash + 1 : target);
-  }
+  if (ZelPluginLinkName(path, target, sizeof target))
+    zelAddStringProperty(io, "Driver", target);
   return ZelPluginKeepPart(adapter);
 }
 
 static zelStatusCode AddAdapters(zelIOHandle* io) {
   struct dirent* entry;
   zelStatusCode status = zelStatusOK;
-  DIR* directory = opendir("/sys/class/net");
+  DIR* directory = ZelPluginOpendir("/sys/class/net");
   if (!directory)
     return zelStatusOK;
   while (status == zelStatusOK && (entry = readdir(directory)) != NULL) {

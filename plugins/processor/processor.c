@@ -40,7 +40,7 @@ static zelStatusCode AddProcessors(zelIOHandle* io) {
   TProcessor cpu;
   long number = -1;
   zelStatusCode status = zelStatusOK;
-  FILE* file = fopen("/proc/cpuinfo", "r");
+  FILE* file = ZelPluginFopen("/proc/cpuinfo");
   if (!file)
     return zelStatusOK;
   memset(&cpu, 0, sizeof cpu);

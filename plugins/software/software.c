@@ -42,7 +42,7 @@ static zelStatusCode AddPackages(zelIOHandle* io, const char* path) {
   size_t capacity = 0;
   TPackage package;
   zelStatusCode status = zelStatusOK;
-  FILE* file = fopen(path, "r");
+  FILE* file = ZelPluginFopen(path);
   if (!file)
     return zelStatusOK;
   memset(&package, 0, sizeof package);
