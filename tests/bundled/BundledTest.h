@@ -1,0 +1,41 @@
+// The frame of the bundled plugins' tests: zelcollect run as a child over a fixture root
+// (ZEL_SYSROOT) or this machine, its result file read back into a container.
+#ifndef BUNDLEDTEST_H
+#define BUNDLEDTEST_H
+
+#include "ZelTest.h"
+
+#include "TCIMClass.h"
+#include "TCIMInstance.h"
+#include "TCIMProperty.h"
+#include "TContainer.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class BundledTest : public ZelTest {
+protected:
+  /// The fixture tree of that name under tests/bundled/fixtures.
+  static std::string Fixture(const std::string& name);
+
+  /// Runs zelcollect -c CLASS... over root ("" for this machine) and loads its result. The
+  /// run must succeed (exit 0); its standard error is kept in fErr.
+  std::unique_ptr<TContainer> Collect(const std::string& root,
+                                      const std::vector<std::string>& classes);
+
+  /// The instances of a class (none when the result does not hold the class).
+  static std::vector<TCIMInstance*> Instances(TContainer& container, const std::string& cls);
+
+  /// The one instance of cls whose property has that text; fails the test otherwise.
+  static TCIMInstance* Find(TContainer& container, const std::string& cls,
+                            const std::string& property, const std::string& text);
+
+  /// A property's raw value as text (decimal numbers, CIM date-times); "NULL" when it is NULL, "ABSENT" when the instance has no
+  /// such property.
+  static std::string Text(TCIMInstance* instance, const std::string& property);
+
+  std::string fErr;
+};
+
+#endif
