@@ -1,7 +1,12 @@
 // zelcollect's command line, read with getopt_long.
-#include "ZelCollectOptions.h"
+#include "Options.h"
+
+#include "Commands.h"
+#include "Errors.h"
 
 #include <getopt.h>
+
+namespace zelcollect {
 
 static const char kUsage[] =
     "Usage: zelcollect [options]\n"
@@ -25,7 +30,7 @@ static const char kUsage[] =
     "Exit status: 0 success, 1 the collection ran but some plugin failed (listed on\n"
     "standard error), 2 usage or set-up error.\n";
 
-const char* ZelUsageText() { return kUsage; }
+const char* UsageText() { return kUsage; }
 
 static zelLogSeverity ParseLevel(const std::string& text) {
   static const struct {
@@ -40,21 +45,18 @@ static zelLogSeverity ParseLevel(const std::string& text) {
     if (text == level.fName)
       return level.fLevel;
   }
-  throw ZelUsageError("unknown log level '" + text +
-                      "' (error, warning, status, debug or verbose)");
+  throw TUsageError("unknown log level '" + text +
+                    "' (error, warning, status, debug or verbose)");
 }
 
-static ZelCollectOptions::EFormat ParseFormat(const std::string& text) {
-  if (text == "text")
-    return ZelCollectOptions::eText;
-  if (text == "xml")
-    return ZelCollectOptions::eXML;
-  if (text == "json")
-    return ZelCollectOptions::eJSON;
-  throw ZelUsageError("unknown format '" + text + "' (text, xml or json)");
+static EFormat ParseFormat(const std::string& text) {
+  EFormat format;
+  if (!FormatByName(text, format))
+    throw TUsageError("unknown format '" + text + "' (" + FormatNames() + ")");
+  return format;
 }
 
-ZelCollectOptions ZelParseOptions(int argc, char** argv) {
+TOptions ParseOptions(int argc, char** argv) {
   enum { kVerify = 256 };
   static const option kLongOptions[] = {{"plugin-dir", required_argument, 0, 'p'},
                                         {"schema", required_argument, 0, 's'},
@@ -68,8 +70,13 @@ ZelCollectOptions ZelParseOptions(int argc, char** argv) {
                                         {"help", no_argument, 0, 'h'},
                                         {"version", no_argument, 0, 'V'},
                                         {0, 0, 0, 0}};
-  ZelCollectOptions options;
-  optind = 1;
+  TOptions options;
+  int first = 1;
+  if (argc > 1 && argv[1][0] != '-' && FindCommand(argv[1])) {
+    options.fCommand = argv[1];
+    first = 2;
+  }
+  optind = first;
   opterr = 0; // The message is ours.
   for (;;) {
     int code = getopt_long(argc, argv, ":p:s:c:o:nl:L:f:hV", kLongOptions, 0);
@@ -112,14 +119,17 @@ ZelCollectOptions ZelParseOptions(int argc, char** argv) {
       options.fVersion = true;
       break;
     case ':':
-      throw ZelUsageError(std::string("option '") + argv[optind - 1] + "' needs a value");
+      throw TUsageError(std::string("option '") + argv[optind - 1] + "' needs a value");
     default:
-      throw ZelUsageError(std::string("unknown option '") + argv[optind - 1] + "'");
+      throw TUsageError(std::string("unknown option '") + argv[optind - 1] + "'");
     }
   }
-  if (optind < argc)
-    throw ZelUsageError(std::string("unexpected argument '") + argv[optind] + "'");
+  options.fArguments.assign(argv + optind, argv + argc);
+  if (options.fCommand == "collect" && !options.fArguments.empty())
+    throw TUsageError("unexpected argument '" + options.fArguments[0] + "'");
   if (options.fVerify && !options.fWriteOutput)
-    throw ZelUsageError("--verify needs a result file");
+    throw TUsageError("--verify needs a result file");
   return options;
 }
+
+} // namespace zelcollect
