@@ -32,7 +32,8 @@ static inline const char* ZelPluginPath(const char* path, char* buffer, size_t s
   size_t length = strlen(root);
   while (length > 0 && root[length - 1] == '/')
     --length;
-  snprintf(buffer, size, "%.*s%s", (int)length, root, path);
+  if ((size_t)snprintf(buffer, size, "%.*s%s", (int)length, root, path) >= size)
+    buffer[0] = '\0'; /* too long to name a file: opens nothing */
   return buffer;
 }
 
