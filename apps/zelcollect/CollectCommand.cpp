@@ -9,6 +9,7 @@
 #include "Options.h"
 #include "ResultFile.h"
 #include "Supervisor.h"
+#include "Upload.h"
 
 #include "TCIMXMLWriter.h"
 #include "TContainer.h"
@@ -43,6 +44,17 @@ static void Verify(const std::string& path, const std::string& written, double c
             << std::endl;
 }
 
+// Sends the result file, or the inventory as gzip CIM-XML when there is no such file.
+static void Upload(const TOptions& options, const std::string& output, TContainer& schema) {
+  std::string name = options.fUploadName.empty() ? DefaultUploadName(schema) : options.fUploadName;
+  if (output.empty())
+    UploadInventory(schema, name);
+  else
+    UploadResultFile(output, name);
+  std::cerr << "zelcollect: uploaded " << (output.empty() ? "the inventory" : output)
+            << " to zelupload as " << name << ".xml.gz" << std::endl;
+}
+
 int RunCollect(const TOptions& options) {
   TBundle bundle = TBundle::Find();
   fs::path pluginDir = options.fPluginDir.empty() ? bundle.fPluginDir : fs::path(options.fPluginDir);
@@ -67,6 +79,8 @@ int RunCollect(const TOptions& options) {
              outcome.fMilliseconds, writeMs);
   }
   std::cout.flush();
+  if (options.fUpload)
+    Upload(options, output, schema);
 
   if (outcome.fFailures.empty())
     return kExitOK;

@@ -9,6 +9,7 @@ TCommand FindCommand(const std::string& name) {
     TCommand fRun;
   } kCommands[] = {
       {"collect", RunCollect},
+      {"upload", RunUpload},
   };
   for (const auto& command : kCommands)
     if (name == command.fName)

@@ -16,6 +16,9 @@ TCommand FindCommand(const std::string& name);
 /// Collects this machine, prints the inventory and writes the result file.
 int RunCollect(const TOptions& options);
 
+/// Uploads a result file written earlier.
+int RunUpload(const TOptions& options);
+
 } // namespace zelcollect
 
 #endif

@@ -3,6 +3,7 @@
 
 #include "Commands.h"
 #include "Errors.h"
+#include "Upload.h"
 
 #include <getopt.h>
 
@@ -10,8 +11,10 @@ namespace zelcollect {
 
 static const char kUsage[] =
     "Usage: zelcollect [options]\n"
+    "       zelcollect upload FILE [NAME]\n"
     "Collects the inventory of this machine with the collector plugins, prints it and\n"
-    "writes it as CIM-XML.\n"
+    "writes it as CIM-XML. 'upload' sends a result file written earlier to the collection\n"
+    "server.\n"
     "\n"
     "  -p, --plugin-dir DIR   plugins to load (default: the bundled ones)\n"
     "  -s, --schema FILE      an extra CIM-XML schema document, loaded before the plugins\n"
@@ -24,11 +27,13 @@ static const char kUsage[] =
     "  -l, --log-file FILE    write the log to FILE\n"
     "  -L, --log-level LEVEL  error, warning, status (default), debug or verbose\n"
     "  -f, --format FORMAT    text (default), xml or json\n"
+    "      --upload[=NAME]    send the result to the collection server, the host named\n"
+    "                         zelupload, as NAME.xml.gz (default: HOST-YYYYMMDDThhmmss)\n"
     "  -h, --help             show this help\n"
     "  -V, --version          show the version\n"
     "\n"
     "Exit status: 0 success, 1 the collection ran but some plugin failed (listed on\n"
-    "standard error), 2 usage or set-up error.\n";
+    "standard error), 2 usage or set-up error, or the upload failed (the result file is kept).\n";
 
 const char* UsageText() { return kUsage; }
 
@@ -57,7 +62,7 @@ static EFormat ParseFormat(const std::string& text) {
 }
 
 TOptions ParseOptions(int argc, char** argv) {
-  enum { kVerify = 256 };
+  enum { kVerify = 256, kUpload };
   static const option kLongOptions[] = {{"plugin-dir", required_argument, 0, 'p'},
                                         {"schema", required_argument, 0, 's'},
                                         {"class", required_argument, 0, 'c'},
@@ -67,6 +72,7 @@ TOptions ParseOptions(int argc, char** argv) {
                                         {"log-file", required_argument, 0, 'l'},
                                         {"log-level", required_argument, 0, 'L'},
                                         {"format", required_argument, 0, 'f'},
+                                        {"upload", optional_argument, 0, kUpload},
                                         {"help", no_argument, 0, 'h'},
                                         {"version", no_argument, 0, 'V'},
                                         {0, 0, 0, 0}};
@@ -102,6 +108,10 @@ TOptions ParseOptions(int argc, char** argv) {
       break;
     case kVerify:
       options.fVerify = true;
+      break;
+    case kUpload:
+      options.fUpload = true;
+      options.fUploadName = optarg ? CheckUploadName(value) : "";
       break;
     case 'l':
       options.fLogFile = value;

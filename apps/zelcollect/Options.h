@@ -23,6 +23,8 @@ struct TOptions {
   std::string fLogFile;
   zelLogSeverity fLogLevel = zelLogStatus;
   EFormat fFormat = EFormat::kText;
+  bool fUpload = false;   ///< send the result to the collection server
+  std::string fUploadName; ///< empty: host and collection time
   bool fHelp = false;
   bool fVersion = false;
 };

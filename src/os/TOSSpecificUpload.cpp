@@ -11,9 +11,9 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-// The upload server's host name: a reserved name that never resolves, so that an upload
-// fails cleanly until a real service is named here.
-static const char kUploadHost[] = "upload.tarvo.invalid";
+// The upload server's host name: a short name that each site points at its own collection
+// server, through DNS or /etc/hosts.
+static const char kUploadHost[] = "zelupload";
 static const char kUploadDirectory[] = "pellar/totarvo/quorline/zel_upload/";
 
 // libcurl's values, so that its headers are not needed.

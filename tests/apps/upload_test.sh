@@ -1,0 +1,83 @@
+#!/usr/bin/env bash
+# zelcollect's uploads to a real FTP server in a private network namespace
+# (tests/ftp/ftp_site.sh), from the build tree and from an installed copy that sees only
+# libcurl's run-time library. Exit 77: no namespace here, nothing tested.
+# upload_test.sh BUILD_DIR ZELCOLLECT HIDE_CURL_AUDIT_MODULE
+set -uo pipefail
+build=$1 zelcollect=$2 hide_curl=$3
+site=$(cd "$(dirname "$0")/../ftp" && pwd)/ftp_site.sh
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+server=$work/server
+inbox=$server/pellar/totarvo/quorline/zel_upload
+mkdir -p "$inbox"
+failures=0
+fail() { echo "FAILED: $*" >&2; failures=$((failures + 1)); }
+
+# run MODE COMMAND...: the command in the namespace; its output in out, err, its status in rc.
+run() {
+  local mode=$1
+  shift
+  "$site" "$mode" "$server" "$@" > out 2> err
+  rc=$?
+  if [ "$rc" = 77 ]; then
+    echo "no private network and mount namespace (unshare --net --mount): uploads not tested"
+    exit 77
+  fi
+}
+expect() { # expect STATUS "standard error"
+  [ "$rc" = "$1" ] || fail "exit status $rc, not $1 (stderr: $(cat err))"
+  [ "$(cat err)" = "$2" ] || fail "standard error: '$(cat err)', not '$2'"
+}
+
+# A collection uploads its result under the host's name and the collection time.
+run open "$zelcollect" -o result.xml.gz --upload
+[ "$rc" = 0 ] || fail "collection with --upload: exit $rc: $(cat err)"
+sent=$(ls "$inbox")
+[[ "$sent" =~ ^$(hostname | tr -c 'A-Za-z0-9._\n-' -)-20[0-9]{6}T[0-9]{6}\.xml\.gz$ ]] ||
+  fail "uploaded as '$sent'"
+[ "$(cat err)" = "zelcollect: uploaded $work/result.xml.gz to zelupload as $sent" ] ||
+  fail "report: $(cat err)"
+cmp -s result.xml.gz "$inbox/$sent" || fail "the uploaded file differs from the result"
+
+# A plain result is compressed for the transfer; without a result file the inventory is sent.
+run open "$zelcollect" -o result.xml --upload=plain
+expect 0 "zelcollect: uploaded $work/result.xml to zelupload as plain.xml.gz"
+gunzip -c "$inbox/plain.xml.gz" | cmp -s - result.xml || fail "plain.xml.gz is not result.xml"
+run open "$zelcollect" -n --upload=nofile
+expect 0 "zelcollect: uploaded the inventory to zelupload as nofile.xml.gz"
+gunzip -c "$inbox/nofile.xml.gz" > nofile.xml
+grep -q '<INSTANCE CLASSNAME="KAPLA_ComputerSystem">' nofile.xml || fail "nofile.xml.gz holds no inventory"
+
+# A file written earlier, by the upload command.
+run open "$zelcollect" upload result.xml.gz later
+expect 0 ""
+[ "$(cat out)" = "uploaded result.xml.gz to zelupload as later.xml.gz" ] || fail "$(cat out)"
+cmp -s result.xml.gz "$inbox/later.xml.gz" || fail "later.xml.gz differs"
+
+# Refused and unreachable: exit 2 with the reason, the result file kept whole.
+rm -f refused.xml.gz
+run no-login "$zelcollect" -o refused.xml.gz --upload=refused
+expect 2 "zelcollect: cannot upload $work/refused.xml.gz: the server zelupload refused the \
+transfer (Error performing upload command: Access denied: 530)"
+gzip -t refused.xml.gz || fail "the refused upload's result file is damaged"
+run none "$zelcollect" upload result.xml.gz nowhere
+expect 2 "zelcollect: cannot upload result.xml.gz: the server zelupload cannot be reached \
+(Error connecting to Tarvo Service)"
+run open "$zelcollect" upload result.xml.gz bad/name
+expect 2 "zelcollect: the upload name 'bad/name' cannot name a file (it is empty, holds a '/' \
+or starts with '.')
+Try 'zelcollect --help'."
+
+# Only libcurl's run-time library: the build tree's copy cannot upload, an installed one can.
+run open env LD_AUDIT="$hide_curl" "$zelcollect" upload result.xml.gz nocurl
+expect 2 "zelcollect: cannot upload result.xml.gz: the transfer library libcurl cannot be \
+loaded (Error opening curl library: libcurl.so: cannot open shared object file: No such file \
+or directory)"
+cmake --install "$build" --prefix "$work/prefix" > /dev/null || fail "cmake --install"
+run open env LD_AUDIT="$hide_curl" "$work/prefix/bin/zelcollect" upload result.xml.gz installed
+expect 0 ""
+cmp -s result.xml.gz "$inbox/installed.xml.gz" || fail "the installed copy's upload differs"
+
+[ "$failures" = 0 ] && echo "uploads OK"
