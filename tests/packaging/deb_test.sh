@@ -46,6 +46,8 @@ while [ -n "$pending" ]; do
   next=""
   for p in $pending; do
     [[ " ${packages[*]} " == *" $p "* ]] && continue
+    # An alternative or a virtual name not installed here: dpkg -i names what is missing.
+    dpkg-query -W -f='${Status}' "$p" 2> /dev/null | grep -q 'ok installed' || continue
     packages+=("$p")
     next+=" $(dpkg-query -W -f='${Depends},${Pre-Depends}' "$p" | tr ',|' '\n\n' |
                 sed 's/(.*//; s/:any//; s/ //g')"
