@@ -152,17 +152,20 @@ static zelStatusCode AddRootFileSystem(zelIOHandle* io) {
   char source[NAME_MAX + 16];
   char blockPath[2 * NAME_MAX + 2] = "";
   const char* type = NULL;
+  unsigned long magic = 0;
   struct statvfs root;
   struct statfs kind;
   int held = HoldingDevice("/", name, sizeof name);
   if (statvfs(ZelPluginPath("/", rooted, sizeof rooted), &root) != 0)
     return zelStatusOK;
-  if (statfs(rooted, &kind) == 0)
-    type = TypeOfMagic((unsigned long)kind.f_type);
+  if (statfs(rooted, &kind) == 0) {
+    magic = (unsigned long)kind.f_type;
+    type = TypeOfMagic(magic);
+  }
   if (held) {
     DIR* ext4;
     snprintf(source, sizeof source, "/sys/fs/ext4/%s", name);
-    if (!type && kind.f_type == kExtMagic && (ext4 = ZelPluginOpendir(source)) != NULL) {
+    if (magic == kExtMagic && (ext4 = ZelPluginOpendir(source)) != NULL) {
       closedir(ext4);
       type = "ext4";
     }

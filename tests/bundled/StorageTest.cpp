@@ -10,6 +10,7 @@
 #include "TCIMValue.h"
 
 #include <sys/stat.h>
+#include <sys/statfs.h>
 #include <sys/statvfs.h>
 #include <sys/sysmacros.h>
 #include <unistd.h>
@@ -206,7 +207,8 @@ TEST_F(StorageTest, WithoutSlashInProcMountsTheRootFileSystemComesFromItsOwnDevi
   for (const char* directory : {"/proc", "/sys", "/sys/block", "/sys/dev", "/sys/dev/block",
                                 "/sys/devices", "/sys/devices/virtual",
                                 "/sys/devices/virtual/block",
-                                "/sys/devices/virtual/block/zdisk"})
+                                "/sys/devices/virtual/block/zdisk", "/sys/fs", "/sys/fs/ext4",
+                                "/sys/fs/ext4/zdisk"})
     ASSERT_EQ(mkdir((root + directory).c_str(), 0755), 0) << directory;
   WriteFile(root + "/proc/mounts", "tmpfs /tmp tmpfs rw 0 0\n");
   WriteFile(root + "/sys/devices/virtual/block/zdisk/size", "2048\n");
@@ -224,6 +226,10 @@ TEST_F(StorageTest, WithoutSlashInProcMountsTheRootFileSystemComesFromItsOwnDevi
   EXPECT_EQ(Text(slash, "FileSystemSize"),
             std::to_string(static_cast<unsigned long long>(sizes.f_blocks) * sizes.f_frsize));
   EXPECT_EQ(Text(slash, "ReadOnly"), "false");
+  struct statfs kind;
+  ASSERT_EQ(statfs(root.c_str(), &kind), 0);
+  if (kind.f_type == 0xEF53) // ext2, ext3 and ext4 alike; /sys/fs/ext4 tells
+    EXPECT_EQ(Text(slash, "FileSystemType"), "ext4");
   EXPECT_EQ(Related(slash, "KAPLA_ResidesOnExtent"),
             std::set<std::string>{"KAPLA_DiskDrive zdisk"});
   EXPECT_EQ(Text(Find(*result, "KAPLA_FileSystem", "Name", "/tmp"), "Root"), "tmpfs");
