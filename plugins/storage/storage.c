@@ -4,8 +4,8 @@
 
 #include <limits.h>
 
-#define kDiskClass "KAPLA_DiskDrive"
-#define kPartitionClass "KAPLA_DiskPartition"
+static const char kDiskClass[] = "KAPLA_DiskDrive";
+static const char kPartitionClass[] = "KAPLA_DiskPartition";
 
 /* The sizes of /sys/block count 512-byte sectors whatever the device's block size. */
 static const unsigned long long kSectorBytes = 512;
@@ -21,7 +21,7 @@ static int ReadBlockFile(const char* device, const char* file, char* value, size
 
 static void AddBlockString(zelIOHandle* io, const char* property, const char* device,
                            const char* file) {
-  char value[256];
+  char value[PATH_MAX];
   if (ReadBlockFile(device, file, value, sizeof value))
     zelAddStringProperty(io, property, value);
 }
