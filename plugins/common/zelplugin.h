@@ -322,4 +322,75 @@ static inline zelStatusCode ZelPluginNothingToDo(TCPluginCallbacks* self) {
   }                                                                                         \
   ZEL_PLUGIN(name, ZelPluginGetParts, ZelPluginForgetParts)
 
+
+/* Block devices and the dependencies between parts: a disk and its partitions, a file
+ * system and the partition or disk it resides on. */
+
+/* A name kept with a second text as one item: the name, its NUL, then the second text. */
+static inline int ZelPluginNamesAddPair(ZelPluginNames* names, const char* name,
+                                        const char* second) {
+  size_t length = strlen(name) + 1;
+  char* item;
+  if (!ZelPluginNamesAdd(names, name))
+    return 0;
+  item = (char*)realloc(names->fItems[names->fCount - 1], length + strlen(second) + 1);
+  if (!item) {
+    free(names->fItems[--names->fCount]);
+    return 0;
+  }
+  strcpy(item + length, second);
+  names->fItems[names->fCount - 1] = item;
+  return 1;
+}
+
+/* The second text of an item added by ZelPluginNamesAddPair. */
+static inline const char* ZelPluginNamesSecond(const char* item) {
+  return item + strlen(item) + 1;
+}
+
+/* The target of a symbolic link as it is written; 0 when it is no link. */
+static inline int ZelPluginReadLink(const char* path, char* target, size_t size) {
+  char rooted[4096];
+  ssize_t length = readlink(ZelPluginPath(path, rooted, sizeof rooted), target, size - 1);
+  if (length <= 0)
+    return 0;
+  target[length] = '\0';
+  return 1;
+}
+
+/* Is the entry of /sys/block a disk: not hidden (a path of a multipath NVMe disk), not a
+ * loop device with no file attached, not an optical drive (SCSI peripheral type 5). */
+static inline int ZelPluginIsDisk(const char* name) {
+  char path[512];
+  char value[64];
+  snprintf(path, sizeof path, "/sys/block/%s/size", name);
+  if (strchr(name, '/') || !ZelPluginReadLine(path, value, sizeof value))
+    return 0;
+  snprintf(path, sizeof path, "/sys/block/%s/hidden", name);
+  if (ZelPluginReadLine(path, value, sizeof value) && strcmp(value, "1") == 0)
+    return 0;
+  snprintf(path, sizeof path, "/sys/block/%s/loop/backing_file", name);
+  if (strncmp(name, "loop", 4) == 0 && !ZelPluginReadLine(path, value, sizeof value))
+    return 0;
+  snprintf(path, sizeof path, "/sys/block/%s/device/type", name);
+  return !ZelPluginReadLine(path, value, sizeof value) || strcmp(value, "5") != 0;
+}
+
+/* An association of two parts keyed by CreationClassName and one string key each: the
+ * Antecedent the Dependent relies on. */
+static inline zelStatusCode ZelPluginAddDependency(zelIOHandle* io, const char* className,
+                                                   const char* antecedentClass,
+                                                   const char* antecedentKey,
+                                                   const char* antecedent,
+                                                   const char* dependentClass,
+                                                   const char* dependentKey,
+                                                   const char* dependent) {
+  zelStatusCode status = zelAddClass(io, className);
+  if (status == zelStatusOK)
+    status = ZelPluginAddReference(io, "Antecedent", antecedentClass, antecedentKey, antecedent);
+  if (status == zelStatusOK)
+    status = ZelPluginAddReference(io, "Dependent", dependentClass, dependentKey, dependent);
+  return status;
+}
+
 #endif

@@ -249,7 +249,7 @@ TEST_F(ZelCollectTest, ProgressGoesToATerminalOnlyOneLinePerPlugin) {
                            "zelcollect: FileSystem      ", "zelcollect: Memory          ",
                            "zelcollect: Network         ", "zelcollect: OperatingSystem ",
                            "zelcollect: Processor       ", "zelcollect: Software        ",
-                           "zelcollect: System          "}))
+                           "zelcollect: Storage         ", "zelcollect: System          "}))
       << run.fErr;
   EXPECT_NE(run.fErr.find("zelcollect: Processor        associations "), std::string::npos)
       << run.fErr;
