@@ -1,7 +1,8 @@
 # Shared by the scripts: installing the build's dependencies and configuring a build dir.
 
 ZEL_PACKAGES="cmake ninja-build g++ clang pkg-config libgtest-dev libgmock-dev libbenchmark-dev
-zlib1g-dev libboost-dev libexpat1-dev libxml2-dev libcurl4 libcurl4-openssl-dev nlohmann-json3-dev"
+zlib1g-dev libboost-dev libexpat1-dev libxml2-dev libcurl4 libcurl4-openssl-dev nlohmann-json3-dev
+pci.ids usb.ids"
 
 # Installs the packages that are missing; quiet and quick when all are there.
 zel_install_deps() {
