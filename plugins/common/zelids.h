@@ -72,7 +72,8 @@ static inline const char* ZelIdsMatch(const char* line, int depth, const char* k
     if (line[i] != '\t')
       return NULL;
   line += depth;
-  if (line[0] == '\t' || strncasecmp(line, key, length) != 0 || strncmp(line + length, "  ", 2) != 0)
+  if (line[0] == '\t' || strncasecmp(line, key, length) != 0 ||
+      strncmp(line + length, "  ", 2) != 0)
     return NULL;
   return line + length + 2;
 }
@@ -144,7 +145,8 @@ static inline void ZelIdsAddClass(zelIOHandle* io, const ZelIds* ids, const unsi
   int level;
   for (level = 0; level < count && level < 3; ++level) {
     zelAddUint8Property(io, codeProperties[level], (uint8_t)codes[level]);
-    snprintf(keys[level], sizeof keys[level], level == 0 ? "C %02lx" : "%02lx", codes[level] & 0xff);
+    snprintf(keys[level], sizeof keys[level], level == 0 ? "C %02lx" : "%02lx",
+             codes[level] & 0xff);
     ZelIdsAddName(io, nameProperties[level], ids, path, level + 1);
   }
 }

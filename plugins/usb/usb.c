@@ -55,7 +55,8 @@ static void AddClass(zelIOHandle* io, const char* device) {
 }
 
 /* The drivers bound to the device's interfaces ("1-1.2:1.0"), each once. */
-static void AddInterfaceDrivers(zelIOHandle* io, const char* device, const ZelPluginNames* entries) {
+static void AddInterfaceDrivers(zelIOHandle* io, const char* device,
+                                const ZelPluginNames* entries) {
   zelCIMValueArray* drivers = NULL;
   ZelPluginNames seen = {NULL, 0, 0};
   size_t length = strlen(device);
