@@ -248,8 +248,9 @@ TEST_F(ZelCollectTest, ProgressGoesToATerminalOnlyOneLinePerPlugin) {
   EXPECT_EQ(firstPass, (std::vector<std::string>{
                            "zelcollect: FileSystem      ", "zelcollect: Memory          ",
                            "zelcollect: Network         ", "zelcollect: OperatingSystem ",
-                           "zelcollect: Processor       ", "zelcollect: Software        ",
-                           "zelcollect: System          "}))
+                           "zelcollect: PCI             ", "zelcollect: Processor       ",
+                           "zelcollect: Software        ", "zelcollect: System          ",
+                           "zelcollect: USB             ", "zelcollect: Video           "}))
       << run.fErr;
   EXPECT_NE(run.fErr.find("zelcollect: Processor        associations "), std::string::npos)
       << run.fErr;
