@@ -87,15 +87,14 @@ static zelStatusCode AddController(zelIOHandle* io, const char* device, int pci,
                                                pci ? device : card);
   if (status != zelStatusOK)
     return status;
-  if (pci)
-    snprintf(directory, sizeof directory, "/sys/bus/pci/devices/%s", device);
-  else
-    snprintf(directory, sizeof directory, "/sys/class/drm/%s/device", card);
   if (pci) {
+    snprintf(directory, sizeof directory, "/sys/bus/pci/devices/%s", device);
     zelAddStringProperty(io, "PCIAddress", device);
     ZelIdsLoad(&gPciIds, "/usr/share/misc/pci.ids");
     if (ReadHexFile(directory, "vendor", &vendor) && ReadHexFile(directory, "device", &product))
       ZelIdsAddVendorNames(io, &gPciIds, vendor, product, "Name");
+  } else {
+    snprintf(directory, sizeof directory, "/sys/class/drm/%s/device", card);
   }
   if (card)
     zelAddStringProperty(io, "Card", card);
@@ -139,7 +138,7 @@ static zelStatusCode AddControllers(zelIOHandle* io) {
   for (i = 0; status == zelStatusOK && i < gDrm.fCount; ++i) {
     const char* card = gDrm.fItems[i];
     char path[PATH_MAX];
-    char device[256];
+    char device[256] = "";
     int pci;
     if (!IsCard(card))
       continue;
