@@ -3,7 +3,7 @@
 ZEL_PACKAGES="cmake ninja-build g++ clang pkg-config libgtest-dev libgmock-dev libbenchmark-dev
 zlib1g-dev libboost-dev libexpat1-dev libxml2-dev libcurl4 libcurl4-openssl-dev nlohmann-json3-dev
 python3-pyftpdlib iproute2
-python3 binutils dpkg-dev mount"
+python3 binutils dpkg-dev mount pci.ids usb.ids"
 
 # Installs the packages that are missing; quiet and quick when all are there.
 zel_install_deps() {

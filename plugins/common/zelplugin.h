@@ -26,7 +26,8 @@ static inline const char* ZelPluginRoot(void) {
   return root && root[0] ? root : "/";
 }
 
-/* path (absolute, as on the machine) under the root, into buffer; returns buffer. */
+/* path (absolute, as on the machine) under the root, into buffer; returns buffer. A path
+ * too long for buffer becomes "", which opens nothing, rather than another path cut short. */
 static inline const char* ZelPluginPath(const char* path, char* buffer, size_t size) {
   const char* root = ZelPluginRoot();
   size_t length = strlen(root);
@@ -47,19 +48,28 @@ static inline DIR* ZelPluginOpendir(const char* path) {
   return opendir(ZelPluginPath(path, rooted, sizeof rooted));
 }
 
-/* The last component of a symbolic link's target (a driver, a subsystem); 0 when it is no
- * link. */
-static inline int ZelPluginLinkName(const char* path, char* name, size_t size) {
+/* A component of a symbolic link's target, counted from its end (0: the last, such as a
+ * driver's name; 1: the one before, such as the device a device hangs under); 0 when it
+ * is no link or has no such component. */
+static inline int ZelPluginLinkComponent(const char* path, int fromEnd, char* name, size_t size) {
   char rooted[4096];
   char target[4096];
-  const char* slash;
+  char* slash;
   ssize_t length = readlink(ZelPluginPath(path, rooted, sizeof rooted), target, sizeof target - 1);
   if (length <= 0)
     return 0;
   target[length] = '\0';
+  for (; fromEnd > 0; --fromEnd) {
+    if (!(slash = strrchr(target, '/')))
+      return 0;
+    *slash = '\0';
+  }
   slash = strrchr(target, '/');
-  snprintf(name, size, "%s", slash ? slash + 1 : target);
-  return 1;
+  return (size_t)snprintf(name, size, "%s", slash ? slash + 1 : target) < size && name[0] != '\0';
+}
+
+static inline int ZelPluginLinkName(const char* path, char* name, size_t size) {
+  return ZelPluginLinkComponent(path, 0, name, size);
 }
 
 /* Cuts trailing white space in place; returns text. */
@@ -86,6 +96,25 @@ static inline int ZelPluginReadLine(const char* path, char* buffer, size_t size)
   found = fgets(buffer, (int)size, file) != NULL;
   fclose(file);
   return found && ZelPluginTrim(buffer)[0] != '\0';
+}
+
+/* A decimal number with an optional fraction ("2.5", "480") times scale, truncated below
+ * one unit of scale's smallest step; *end after the number. 0 when text holds no number. */
+static inline int ZelPluginParseScaled(const char* text, uint64_t scale, uint64_t* value,
+                                       const char** end) {
+  uint64_t result = 0;
+  if (!isdigit((unsigned char)*text))
+    return 0;
+  for (; isdigit((unsigned char)*text); ++text)
+    result = result * 10 + (uint64_t)(*text - '0');
+  result *= scale;
+  if (*text == '.')
+    for (++text; isdigit((unsigned char)*text); ++text)
+      if (scale > 1)
+        result += (uint64_t)(*text - '0') * (scale /= 10);
+  *value = result;
+  *end = text;
+  return 1;
 }
 
 /* The value of "name<separator>value" lines such as those of /proc/meminfo or os-release:
@@ -181,6 +210,38 @@ static inline void ZelPluginNamesClear(ZelPluginNames* names) {
   names->fCount = names->fCapacity = 0;
 }
 
+/* The entries of a directory (but "." and the hidden ones) appended to names; 0 when it
+ * cannot be read. */
+static inline int ZelPluginListDirectory(const char* path, ZelPluginNames* names) {
+  struct dirent* entry;
+  int complete = 1;
+  DIR* directory = ZelPluginOpendir(path);
+  if (!directory)
+    return 0;
+  while (complete && (entry = readdir(directory)) != NULL)
+    if (entry->d_name[0] != '.')
+      complete = ZelPluginNamesAdd(names, entry->d_name);
+  closedir(directory);
+  return complete;
+}
+
+/* Calls add with each entry of a directory until one fails; a missing directory has
+ * none. */
+static inline zelStatusCode ZelPluginEachEntry(zelIOHandle* io, const char* path,
+                                               zelStatusCode (*add)(zelIOHandle* io,
+                                                                    const char* entry)) {
+  struct dirent* entry;
+  zelStatusCode status = zelStatusOK;
+  DIR* directory = ZelPluginOpendir(path);
+  if (!directory)
+    return zelStatusOK;
+  while (status == zelStatusOK && (entry = readdir(directory)) != NULL)
+    if (entry->d_name[0] != '.')
+      status = add(io, entry->d_name);
+  closedir(directory);
+  return status;
+}
+
 /* Is className one of the classes asked for? */
 static inline int ZelPluginAsked(const char** classNames, int classCount, const char* className) {
   int i;
@@ -229,6 +290,47 @@ static inline zelStatusCode ZelPluginAddReference(zelIOHandle* io, const char* p
     return status;
   status = zelAddReferenceProperty(io, property, ref);
   zelDeleteCIMReference(ref);
+  return status;
+}
+
+/* One end of an association: its reference property and the instance it names. */
+typedef struct ZelPluginEnd {
+  const char* fRole;
+  const char* fClass;
+  const char* fKey;
+  const char* fValue;
+} ZelPluginEnd;
+
+/* Does end name an instance already collected? Another plugin's part is not there when
+ * only some classes are asked for. Resolving it as the key of a scratch reference to the
+ * association tells, silently. */
+static inline int ZelPluginCollected(zelIOHandle* io, const char* association, ZelPluginEnd end) {
+  TCIMReference* scratch = NULL;
+  TCIMReference* ref = NULL;
+  int found = 0;
+  if (zelNewCIMReference(&scratch, io) != zelStatusOK)
+    return 0;
+  if (zelSetReferenceClassName(scratch, association) == zelStatusOK &&
+      ZelPluginNewReference(io, &ref, end.fClass, end.fKey, end.fValue) == zelStatusOK) {
+    found = zelReferenceAddReference(scratch, end.fRole, ref) == zelStatusOK;
+    zelDeleteCIMReference(ref);
+  }
+  zelDeleteCIMReference(scratch);
+  return found;
+}
+
+/* One association instance between two collected instances; nothing when either is not
+ * collected. */
+static inline zelStatusCode ZelPluginAddAssociation(zelIOHandle* io, const char* association,
+                                                    ZelPluginEnd first, ZelPluginEnd second) {
+  zelStatusCode status;
+  if (!ZelPluginCollected(io, association, first) || !ZelPluginCollected(io, association, second))
+    return zelStatusOK;
+  status = zelAddClass(io, association);
+  if (status == zelStatusOK)
+    status = ZelPluginAddReference(io, first.fRole, first.fClass, first.fKey, first.fValue);
+  if (status == zelStatusOK)
+    status = ZelPluginAddReference(io, second.fRole, second.fClass, second.fKey, second.fValue);
   return status;
 }
 
@@ -392,5 +494,17 @@ static inline zelStatusCode ZelPluginAddDependency(zelIOHandle* io, const char* 
     status = ZelPluginAddReference(io, "Dependent", dependentClass, dependentKey, dependent);
   return status;
 }
+
+/* Declares a plugin of parts, their association with the computer system and, in the
+ * second pass, the associations that relate adds (it checks which were asked for). */
+#define ZEL_RELATED_PARTS_PLUGIN(name, partClass, associationClass, partKey, collect, relate) \
+  static zelStatusCode ZelPluginGetRelatedParts(TCPluginCallbacks* self, zelIOHandle* io,   \
+                                                const char** classNames, int classCount) {  \
+    zelStatusCode status = ZelPluginCollectParts(self, io, classNames, classCount,          \
+                                                 partClass, associationClass, partKey,      \
+                                                 collect);                                  \
+    return status == zelStatusOK ? relate(io, classNames, classCount) : status;             \
+  }                                                                                         \
+  ZEL_PLUGIN(name, ZelPluginGetRelatedParts, ZelPluginForgetParts)
 
 #endif

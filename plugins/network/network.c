@@ -2,7 +2,6 @@
  * driver, and in the second pass their association with the computer system. */
 #include "zelplugin.h"
 
-#include <dirent.h>
 #include <limits.h>
 #include <unistd.h>
 
@@ -36,17 +35,7 @@ static zelStatusCode AddAdapter(zelIOHandle* io, const char* adapter) {
 }
 
 static zelStatusCode AddAdapters(zelIOHandle* io) {
-  struct dirent* entry;
-  zelStatusCode status = zelStatusOK;
-  DIR* directory = ZelPluginOpendir("/sys/class/net");
-  if (!directory)
-    return zelStatusOK;
-  while (status == zelStatusOK && (entry = readdir(directory)) != NULL) {
-    if (entry->d_name[0] != '.')
-      status = AddAdapter(io, entry->d_name);
-  }
-  closedir(directory);
-  return status;
+  return ZelPluginEachEntry(io, "/sys/class/net", AddAdapter);
 }
 
 ZEL_PARTS_PLUGIN("Network", "KAPLA_NetworkAdapter", "KAPLA_SystemNetworkAdapter", "DeviceID", AddAdapters)

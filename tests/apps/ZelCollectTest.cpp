@@ -248,8 +248,10 @@ TEST_F(ZelCollectTest, ProgressGoesToATerminalOnlyOneLinePerPlugin) {
   EXPECT_EQ(firstPass, (std::vector<std::string>{
                            "zelcollect: FileSystem      ", "zelcollect: Memory          ",
                            "zelcollect: Network         ", "zelcollect: OperatingSystem ",
-                           "zelcollect: Processor       ", "zelcollect: Software        ",
-                           "zelcollect: Storage         ", "zelcollect: System          "}))
+                           "zelcollect: PCI             ", "zelcollect: Processor       ",
+                           "zelcollect: Software        ", "zelcollect: Storage         ",
+                           "zelcollect: System          ", "zelcollect: USB             ",
+                           "zelcollect: Video           "}))
       << run.fErr;
   EXPECT_NE(run.fErr.find("zelcollect: Processor        associations "), std::string::npos)
       << run.fErr;

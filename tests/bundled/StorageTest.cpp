@@ -228,8 +228,9 @@ TEST_F(StorageTest, WithoutSlashInProcMountsTheRootFileSystemComesFromItsOwnDevi
   EXPECT_EQ(Text(slash, "ReadOnly"), "false");
   struct statfs kind;
   ASSERT_EQ(statfs(root.c_str(), &kind), 0);
-  if (kind.f_type == 0xEF53) // ext2, ext3 and ext4 alike; /sys/fs/ext4 tells
+  if (kind.f_type == 0xEF53) { // ext2, ext3 and ext4 alike; /sys/fs/ext4 tells
     EXPECT_EQ(Text(slash, "FileSystemType"), "ext4");
+  }
   EXPECT_EQ(Related(slash, "KAPLA_ResidesOnExtent"),
             std::set<std::string>{"KAPLA_DiskDrive zdisk"});
   EXPECT_EQ(Text(Find(*result, "KAPLA_FileSystem", "Name", "/tmp"), "Root"), "tmpfs");
