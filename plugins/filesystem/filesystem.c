@@ -32,14 +32,6 @@ static void Unescape(char* text) {
   *out = '\0';
 }
 
-static int Known(const char* mountPoint) {
-  int i;
-  for (i = 0; i < gZelPluginParts.fCount; ++i)
-    if (strcmp(gZelPluginParts.fItems[i], mountPoint) == 0)
-      return 1;
-  return 0;
-}
-
 static zelStatusCode AddFileSystem(zelIOHandle* io, const char* device, const char* mountPoint,
                                    const char* type, const char* options) {
   struct statvfs sizes;
@@ -75,7 +67,7 @@ static zelStatusCode AddFileSystems(zelIOHandle* io) {
       continue;
     Unescape(device);
     Unescape(mountPoint);
-    if (!Known(mountPoint)) /* mounted over: the first entry names it */
+    if (!ZelPluginNamesHas(&gZelPluginParts, mountPoint)) /* mounted over: the first entry names it */
       status = AddFileSystem(io, device, mountPoint, type, options);
   }
   fclose(file);
