@@ -178,7 +178,7 @@ static zelStatusCode AddAccounts(zelIOHandle* io) {
   return status;
 }
 
-static const ZelPluginLink kLink = {"KAPLA_AccountOnSystem", "GroupComponent",
-                                    "PartComponent", "KAPLA_Account", "Name", 1};
+static const ZelPluginLink kLink = {"KAPLA_AccountOnSystem", "GroupComponent", "PartComponent",
+                                    "KAPLA_Account",         "Name",           1};
 
 ZEL_LINKED_PLUGIN("Accounts", kLink, AddAccounts)

@@ -65,7 +65,7 @@ static zelStatusCode AddModules(zelIOHandle* io) {
   return status;
 }
 
-static const ZelPluginLink kLink = {"KAPLA_InstalledSoftwareElement", "System", "Software",
-                                    "KAPLA_KernelModule", "Name", 0};
+static const ZelPluginLink kLink = {
+    "KAPLA_InstalledSoftwareElement", "System", "Software", "KAPLA_KernelModule", "Name", 0};
 
 ZEL_LINKED_PLUGIN("Modules", kLink, AddModules)

@@ -64,12 +64,15 @@ static TService* GetService(TServices* services, const char* name) {
 static const struct {
   const char* fPath;
   const char* fState;
-} kUnitDirectories[] = {
-    {"/etc/systemd/system", NULL},           {"/run/systemd/transient", "transient"},
-    {"/run/systemd/generator.early", "generated"}, {"/run/systemd/system", NULL},
-    {"/run/systemd/generator", "generated"},  {"/usr/local/lib/systemd/system", NULL},
-    {"/usr/lib/systemd/system", NULL},        {"/lib/systemd/system", NULL},
-    {"/run/systemd/generator.late", "generated"}};
+} kUnitDirectories[] = {{"/etc/systemd/system", NULL},
+                        {"/run/systemd/transient", "transient"},
+                        {"/run/systemd/generator.early", "generated"},
+                        {"/run/systemd/system", NULL},
+                        {"/run/systemd/generator", "generated"},
+                        {"/usr/local/lib/systemd/system", NULL},
+                        {"/usr/lib/systemd/system", NULL},
+                        {"/lib/systemd/system", NULL},
+                        {"/run/systemd/generator.late", "generated"}};
 
 /* The Description of [Unit] and whether an [Install] section says how to enable it. */
 static void ReadUnitFile(const char* path, TService* service, int* installable) {
@@ -158,10 +161,10 @@ static zelStatusCode AddUnitFile(TServices* services, const ZelPluginNames* enab
     snprintf(path, sizeof path, "%s", target);
   ReadUnitFile(path, service, &installable);
   snprintf(service->fUnitFileState, sizeof service->fUnitFileState, "%s",
-           state                 ? state
+           state                              ? state
            : ZelPluginNamesHas(enabled, name) ? "enabled"
-           : installable         ? "disabled"
-                                 : "static");
+           : installable                      ? "disabled"
+                                              : "static");
   return zelStatusOK;
 }
 
@@ -235,9 +238,13 @@ static long ElapsedMs(const struct timespec* start) {
  * still running after that is killed. NULL when it could not run; the caller frees. */
 static char* RunSystemctl(void) {
   static const char* const kPrograms[] = {"/usr/bin/systemctl", "/bin/systemctl"};
-  char* argv[] = {NULL, "show", "--no-pager",
+  char* argv[] = {NULL,
+                  "show",
+                  "--no-pager",
                   "--property=Id,Description,LoadState,ActiveState,SubState,UnitFileState,MainPID",
-                  "--", "*.service", NULL};
+                  "--",
+                  "*.service",
+                  NULL};
   posix_spawn_file_actions_t actions;
   struct timespec start;
   size_t used = 0;
@@ -337,6 +344,6 @@ static zelStatusCode AddServices(zelIOHandle* io) {
 }
 
 static const ZelPluginLink kLink = {"KAPLA_HostedService", "Antecedent", "Dependent",
-                                    "KAPLA_Service", "Name", 1};
+                                    "KAPLA_Service",       "Name",       1};
 
 ZEL_LINKED_PLUGIN("Services", kLink, AddServices)
