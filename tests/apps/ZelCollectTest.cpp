@@ -246,10 +246,11 @@ TEST_F(ZelCollectTest, ProgressGoesToATerminalOnlyOneLinePerPlugin) {
   }
   std::sort(firstPass.begin(), firstPass.end()); // Plugins run in directory listing order.
   EXPECT_EQ(firstPass, (std::vector<std::string>{
-                           "zelcollect: FileSystem      ", "zelcollect: Memory          ",
+                           "zelcollect: Accounts        ", "zelcollect: FileSystem      ",
+                           "zelcollect: Memory          ", "zelcollect: Modules         ",
                            "zelcollect: Network         ", "zelcollect: OperatingSystem ",
-                           "zelcollect: Processor       ", "zelcollect: Software        ",
-                           "zelcollect: System          "}))
+                           "zelcollect: Processor       ", "zelcollect: Services        ",
+                           "zelcollect: Software        ", "zelcollect: System          "}))
       << run.fErr;
   EXPECT_NE(run.fErr.find("zelcollect: Processor        associations "), std::string::npos)
       << run.fErr;
