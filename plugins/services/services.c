@@ -226,7 +226,7 @@ static zelStatusCode ReadShowOutput(TServices* services, char* text) {
   return zelStatusOK;
 }
 
-enum { kMaxOutput = 8 << 20, kDeadlineMs = 5000 };
+enum { kMaxOutput = 8 << 20, kDeadlineMs = 2000 };
 
 static long ElapsedMs(const struct timespec* start) {
   struct timespec now;
@@ -246,12 +246,15 @@ static char* RunSystemctl(void) {
                   "*.service",
                   NULL};
   posix_spawn_file_actions_t actions;
+  posix_spawnattr_t attributes;
   struct timespec start;
   size_t used = 0;
   size_t i;
   int pipeFds[2];
   int waitStatus = 0;
+  int complete = 0;
   pid_t child = -1;
+  pid_t ended = 0;
   char* text;
   for (i = 0; i < sizeof kPrograms / sizeof *kPrograms && !argv[0]; ++i)
     if (access(kPrograms[i], X_OK) == 0)
@@ -265,36 +268,43 @@ static char* RunSystemctl(void) {
   posix_spawn_file_actions_adddup2(&actions, pipeFds[1], STDOUT_FILENO);
   posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
   posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-  if (!text || posix_spawn(&child, argv[0], &actions, NULL, argv, environ) != 0)
+  posix_spawnattr_init(&attributes);
+  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP); /* killed as a group */
+  posix_spawnattr_setpgroup(&attributes, 0);
+  if (!text || posix_spawn(&child, argv[0], &actions, &attributes, argv, environ) != 0)
     child = -1;
+  posix_spawnattr_destroy(&attributes);
   posix_spawn_file_actions_destroy(&actions);
   close(pipeFds[1]);
   clock_gettime(CLOCK_MONOTONIC, &start);
-  while (child > 0 && used < kMaxOutput) {
+  while (child > 0 && used < kMaxOutput && ElapsedMs(&start) < kDeadlineMs) {
     struct pollfd ready = {pipeFds[0], POLLIN, 0};
-    long left = kDeadlineMs - ElapsedMs(&start);
     ssize_t got;
-    if (left <= 0 || poll(&ready, 1, (int)left) <= 0) {
-      if (errno == EINTR && left > 0)
-        continue;
+    if (poll(&ready, 1, (int)(kDeadlineMs - ElapsedMs(&start))) <= 0)
+      continue; /* interrupted, or the deadline: the loop's test decides */
+    got = read(pipeFds[0], text + used, kMaxOutput - used);
+    if (got == 0) {
+      complete = 1;
       break;
     }
-    got = read(pipeFds[0], text + used, kMaxOutput - used);
-    if (got < 0 && errno == EINTR)
-      continue;
-    if (got <= 0)
+    if (got > 0)
+      used += (size_t)got;
+    else if (errno != EINTR)
       break;
-    used += (size_t)got;
   }
   close(pipeFds[0]);
-  if (child > 0 && waitpid(child, &waitStatus, WNOHANG) == 0) {
-    kill(child, SIGKILL); /* too slow or too much: its output is not trusted */
+  /* The output is whole: the child should end at once; give it what is left of the time. */
+  while (child > 0 && complete && (ended = waitpid(child, &waitStatus, WNOHANG)) == 0 &&
+         ElapsedMs(&start) < kDeadlineMs) {
+    struct timespec pause = {0, 1000000};
+    nanosleep(&pause, NULL);
+  }
+  if (child > 0 && ended != child) {
+    kill(-child, SIGKILL); /* too slow or too much: its output is not trusted */
     waitpid(child, &waitStatus, 0);
     child = -1;
-  } else if (child > 0 && !(WIFEXITED(waitStatus) && WEXITSTATUS(waitStatus) == 0)) {
-    child = -1;
   }
-  if (child <= 0) {
+  if (child <= 0 || !WIFEXITED(waitStatus) || WEXITSTATUS(waitStatus) != 0) {
     free(text);
     return NULL;
   }
