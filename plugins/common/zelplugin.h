@@ -201,6 +201,14 @@ static inline int ZelPluginNamesAdd(ZelPluginNames* names, const char* name) {
   return 1;
 }
 
+static inline int ZelPluginNamesHas(const ZelPluginNames* names, const char* name) {
+  int i;
+  for (i = 0; i < names->fCount; ++i)
+    if (strcmp(names->fItems[i], name) == 0)
+      return 1;
+  return 0;
+}
+
 static inline void ZelPluginNamesClear(ZelPluginNames* names) {
   int i;
   for (i = 0; i < names->fCount; ++i)
@@ -334,13 +342,24 @@ static inline zelStatusCode ZelPluginAddAssociation(zelIOHandle* io, const char*
   return status;
 }
 
-/* One association instance per part collected in the first pass: the computer system as
- * GroupComponent, the part (partClass keyed by partKey) as PartComponent. Without a
- * computer system there is nothing to relate: no instance, no failure. */
-static inline zelStatusCode ZelPluginAddComponents(TCPluginCallbacks* self, zelIOHandle* io,
-                                                   const char* associationClass,
-                                                   const char* partClass, const char* partKey,
-                                                   const ZelPluginNames* parts) {
+/* How an association relates the computer system to a part: the association class, the
+ * roles of the two ends, and the part's class and key. Software elements are keyed by their
+ * key alone (fByCreationClass 0), devices and the like also by CreationClassName. */
+typedef struct ZelPluginLink {
+  const char* fAssociation;
+  const char* fSystemRole;
+  const char* fPartRole;
+  const char* fPartClass;
+  const char* fPartKey;
+  int fByCreationClass;
+} ZelPluginLink;
+
+/* One association instance per part collected in the first pass, relating it to the
+ * computer system as the link says. Without a computer system there is nothing to relate:
+ * no instance, no failure. */
+static inline zelStatusCode ZelPluginAddLinks(TCPluginCallbacks* self, zelIOHandle* io,
+                                              const ZelPluginLink* link,
+                                              const ZelPluginNames* parts) {
   char* system = NULL;
   char* systemClass = NULL;
   int i;
@@ -350,15 +369,38 @@ static inline zelStatusCode ZelPluginAddComponents(TCPluginCallbacks* self, zelI
     return zelStatusOK;
   }
   for (i = 0; i < parts->fCount; ++i) {
-    zelStatusCode status = zelAddClass(io, associationClass);
+    TCIMReference* part = NULL;
+    zelStatusCode status = zelAddClass(io, link->fAssociation);
     if (status == zelStatusOK)
-      status = ZelPluginAddReference(io, "GroupComponent", systemClass, "Name", system);
-    if (status == zelStatusOK)
-      status = ZelPluginAddReference(io, "PartComponent", partClass, partKey, parts->fItems[i]);
+      status = ZelPluginAddReference(io, link->fSystemRole, systemClass, "Name", system);
+    if (status == zelStatusOK && link->fByCreationClass)
+      status = ZelPluginAddReference(io, link->fPartRole, link->fPartClass, link->fPartKey,
+                                     parts->fItems[i]);
+    else if (status == zelStatusOK) {
+      status = zelNewCIMReference(&part, io);
+      if (status == zelStatusOK)
+        status = zelSetReferenceClassName(part, link->fPartClass);
+      if (status == zelStatusOK)
+        status = zelReferenceAddString(part, link->fPartKey, parts->fItems[i]);
+      if (status == zelStatusOK)
+        status = zelAddReferenceProperty(io, link->fPartRole, part);
+      if (part)
+        zelDeleteCIMReference(part);
+    }
     if (status != zelStatusOK)
       return status;
   }
   return zelStatusOK;
+}
+
+/* The computer system as GroupComponent, each part as PartComponent. */
+static inline zelStatusCode ZelPluginAddComponents(TCPluginCallbacks* self, zelIOHandle* io,
+                                                   const char* associationClass,
+                                                   const char* partClass, const char* partKey,
+                                                   const ZelPluginNames* parts) {
+  ZelPluginLink link = {associationClass, "GroupComponent", "PartComponent", partClass,
+                        partKey, 1};
+  return ZelPluginAddLinks(self, io, &link, parts);
 }
 
 /* The parts that a device plugin collected in its first pass, for its associations in the
@@ -378,21 +420,29 @@ static inline zelStatusCode ZelPluginKeepPart(const char* key) {
 
 /* GetData of a plugin with one class of parts and one association class: the parts in the
  * first pass (collect calls ZelPluginKeepPart for each), the associations in the second. */
+static inline zelStatusCode ZelPluginCollectLinked(TCPluginCallbacks* self, zelIOHandle* io,
+                                                   const char** classNames, int classCount,
+                                                   const ZelPluginLink* link,
+                                                   zelStatusCode (*collect)(zelIOHandle* io)) {
+  zelStatusCode status = zelStatusOK;
+  if (ZelPluginAsked(classNames, classCount, link->fPartClass)) {
+    ZelPluginNamesClear(&gZelPluginParts);
+    status = collect(io);
+  }
+  if (status == zelStatusOK && ZelPluginAsked(classNames, classCount, link->fAssociation))
+    status = ZelPluginAddLinks(self, io, link, &gZelPluginParts);
+  return status;
+}
+
 static inline zelStatusCode ZelPluginCollectParts(TCPluginCallbacks* self, zelIOHandle* io,
                                                   const char** classNames, int classCount,
                                                   const char* partClass,
                                                   const char* associationClass,
                                                   const char* partKey,
                                                   zelStatusCode (*collect)(zelIOHandle* io)) {
-  zelStatusCode status = zelStatusOK;
-  if (ZelPluginAsked(classNames, classCount, partClass)) {
-    ZelPluginNamesClear(&gZelPluginParts);
-    status = collect(io);
-  }
-  if (status == zelStatusOK && ZelPluginAsked(classNames, classCount, associationClass))
-    status = ZelPluginAddComponents(self, io, associationClass, partClass, partKey,
-                                    &gZelPluginParts);
-  return status;
+  ZelPluginLink link = {associationClass, "GroupComponent", "PartComponent", partClass,
+                        partKey, 1};
+  return ZelPluginCollectLinked(self, io, classNames, classCount, &link, collect);
 }
 
 static inline zelStatusCode ZelPluginNothingToDo(TCPluginCallbacks* self) {
@@ -506,5 +556,13 @@ static inline zelStatusCode ZelPluginAddDependency(zelIOHandle* io, const char* 
     return status == zelStatusOK ? relate(io, classNames, classCount) : status;             \
   }                                                                                         \
   ZEL_PLUGIN(name, ZelPluginGetRelatedParts, ZelPluginForgetParts)
+
+/* Declares a plugin of parts related to the computer system as link (a ZelPluginLink) says. */
+#define ZEL_LINKED_PLUGIN(name, link, collect)                                              \
+  static zelStatusCode ZelPluginGetLinked(TCPluginCallbacks* self, zelIOHandle* io,         \
+                                          const char** classNames, int classCount) {        \
+    return ZelPluginCollectLinked(self, io, classNames, classCount, &(link), collect);      \
+  }                                                                                         \
+  ZEL_PLUGIN(name, ZelPluginGetLinked, ZelPluginForgetParts)
 
 #endif

@@ -40,14 +40,6 @@ static void Unescape(char* text) {
   *out = '\0';
 }
 
-static int Known(const char* mountPoint) {
-  int i;
-  for (i = 0; i < gZelPluginParts.fCount; ++i)
-    if (strcmp(gZelPluginParts.fItems[i], mountPoint) == 0)
-      return 1;
-  return 0;
-}
-
 /* Each file system on a block device: its mount point with the device's path under
  * /sys/block, "disk" or "disk/partition". */
 static ZelPluginNames gResidences;
@@ -192,7 +184,7 @@ static zelStatusCode AddFileSystems(zelIOHandle* io) {
       continue;
     Unescape(device);
     Unescape(mountPoint);
-    if (Known(mountPoint)) /* mounted over: the first entry names it */
+    if (ZelPluginNamesHas(&gZelPluginParts, mountPoint)) /* mounted over: the first entry names it */
       continue;
     if (!SourceDevice(device, mountPoint, blockPath, sizeof blockPath))
       blockPath[0] = '\0';
@@ -203,7 +195,7 @@ static zelStatusCode AddFileSystems(zelIOHandle* io) {
   }
   if (file)
     fclose(file);
-  if (status == zelStatusOK && !Known("/"))
+  if (status == zelStatusOK && !ZelPluginNamesHas(&gZelPluginParts, "/"))
     status = AddRootFileSystem(io);
   return status;
 }

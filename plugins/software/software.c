@@ -14,16 +14,17 @@ typedef struct TPackage {
 
 static zelStatusCode AddPackage(zelIOHandle* io, const TPackage* package) {
   zelStatusCode status;
-  if (!package->fName[0] || strcmp(package->fStatus, "install ok installed") != 0)
+  /* dpkg writes an Architecture for every installed package; it is half the key. */
+  if (!package->fName[0] || !package->fArchitecture[0] ||
+      strcmp(package->fStatus, "install ok installed") != 0)
     return zelStatusOK;
   status = zelAddClass(io, "KAPLA_SoftwarePackage");
   if (status != zelStatusOK)
     return status;
   zelAddStringProperty(io, "Name", package->fName);
+  zelAddStringProperty(io, "Architecture", package->fArchitecture);
   if (package->fVersion[0])
     zelAddStringProperty(io, "Version", package->fVersion);
-  if (package->fArchitecture[0])
-    zelAddStringProperty(io, "Architecture", package->fArchitecture);
   if (package->fMaintainer[0])
     zelAddStringProperty(io, "Manufacturer", package->fMaintainer);
   if (package->fHasSize)

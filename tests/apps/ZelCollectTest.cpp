@@ -246,12 +246,13 @@ TEST_F(ZelCollectTest, ProgressGoesToATerminalOnlyOneLinePerPlugin) {
   }
   std::sort(firstPass.begin(), firstPass.end()); // Plugins run in directory listing order.
   EXPECT_EQ(firstPass, (std::vector<std::string>{
-                           "zelcollect: FileSystem      ", "zelcollect: Memory          ",
+                           "zelcollect: Accounts        ", "zelcollect: FileSystem      ",
+                           "zelcollect: Memory          ", "zelcollect: Modules         ",
                            "zelcollect: Network         ", "zelcollect: OperatingSystem ",
                            "zelcollect: PCI             ", "zelcollect: Processor       ",
-                           "zelcollect: Software        ", "zelcollect: Storage         ",
-                           "zelcollect: System          ", "zelcollect: USB             ",
-                           "zelcollect: Video           "}))
+                           "zelcollect: Services        ", "zelcollect: Software        ",
+                           "zelcollect: Storage         ", "zelcollect: System          ",
+                           "zelcollect: USB             ", "zelcollect: Video           "}))
       << run.fErr;
   EXPECT_NE(run.fErr.find("zelcollect: Processor        associations "), std::string::npos)
       << run.fErr;

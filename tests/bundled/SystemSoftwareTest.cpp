@@ -1,0 +1,311 @@
+// The addresses, kernel modules, services, accounts and packages of the bundled
+// plugins, over the fixture root tests/bundled/fixtures/software and over this
+// machine; and the keys of every class of a whole collection.
+#include "BundledTest.h"
+
+#include "TCIMPropertyDecl.h"
+#include "TCIMQualifier.h"
+#include "TCIMReference.h"
+#include "TCIMValue.h"
+
+#include <arpa/inet.h>
+#include <ifaddrs.h>
+#include <net/if.h>
+#include <netinet/in.h>
+#include <pwd.h>
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <fstream>
+#include <map>
+#include <set>
+#include <sstream>
+
+class SystemSoftwareTest : public BundledTest {
+protected:
+  std::unique_ptr<TContainer> CollectFixture(const std::vector<std::string>& classes) {
+    return Collect(Fixture("software"), classes);
+  }
+
+  // The value of a qualifier on a property of a class of the result, "ABSENT"
+  // without one.
+  static std::string Qualifier(TContainer& container, const std::string& cls,
+                               const std::string& property, const std::string& qualifier) {
+    TCIMClass* found = container.FindClass(cls);
+    TCIMPropertyDecl* decl = found ? found->FindPropertyDecl(property) : nullptr;
+    TCIMQualifier* held = decl ? decl->FindQualifier(qualifier) : nullptr;
+    return held ? held->GetValue().ToString(10) : "ABSENT";
+  }
+
+  static std::set<std::string> Paths(TContainer& container, const std::string& cls) {
+    std::set<std::string> paths;
+    for (TCIMInstance* instance : Instances(container, cls))
+      paths.insert(instance->BuildPath().GetPath());
+    return paths;
+  }
+
+  std::string ResultText() {
+    std::ifstream in(TempPath("result.xml").c_str());
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+  }
+};
+
+TEST_F(SystemSoftwareTest, AccountsComeFromPasswdWithTheirGroupsAndNoPasswordData) {
+  std::unique_ptr<TContainer> result =
+      CollectFixture({"KAPLA_ComputerSystem", "KAPLA_Account", "KAPLA_AccountOnSystem"});
+  struct Row {
+    const char* name;
+    const char* uid;
+    const char* gid;
+    const char* primary;
+    const char* groups;
+    const char* home;
+    const char* shell;
+    const char* system;
+  };
+  const Row rows[] = {
+      {"root", "0", "0", "root", "{ root }", "/root", "/bin/bash", "true"},
+      {"daemon", "1", "1", "daemon", "{ daemon }", "/usr/sbin", "/usr/sbin/nologin", "true"},
+      {"alice", "1000", "1000", "alice", "{ alice, sudo, users }", "/home/alice", "/bin/zsh",
+       "false"},
+      {"nobody", "65534", "65534", "nogroup", "{ nogroup }", "/nonexistent", "/usr/sbin/nologin",
+       "true"},
+  };
+  ASSERT_EQ(Instances(*result, "KAPLA_Account").size(), 4u) << "the NIS line is no account";
+  for (const Row& row : rows) {
+    TCIMInstance* account = Find(*result, "KAPLA_Account", "Name", row.name);
+    ASSERT_NE(account, nullptr);
+    EXPECT_EQ(Text(account, "UserID"), row.uid) << row.name;
+    EXPECT_EQ(Text(account, "GroupID"), row.gid) << row.name;
+    EXPECT_EQ(Text(account, "PrimaryGroup"), row.primary) << row.name;
+    EXPECT_EQ(Text(account, "Groups"), row.groups) << row.name;
+    EXPECT_EQ(Text(account, "HomeDirectory"), row.home) << row.name;
+    EXPECT_EQ(Text(account, "LoginShell"), row.shell) << row.name;
+    EXPECT_EQ(Text(account, "SystemAccount"), row.system) << row.name;
+  }
+  EXPECT_EQ(Qualifier(*result, "KAPLA_Account", "Name", "SENSITIVE"), "true");
+  EXPECT_EQ(Qualifier(*result, "KAPLA_Account", "HomeDirectory", "SENSITIVE"), "true");
+  EXPECT_EQ(Instances(*result, "KAPLA_AccountOnSystem").size(), 4u);
+  std::string text = ResultText();
+  EXPECT_EQ(text.find("NeverShownHashValue"), std::string::npos);
+  EXPECT_EQ(text.find("pepper"), std::string::npos);
+  EXPECT_EQ(text.find("Alice,,,"), std::string::npos) << "the comment field is left out";
+}
+
+TEST_F(SystemSoftwareTest, KernelModulesComeFromProcModulesWithTheirVersions) {
+  std::unique_ptr<TContainer> result = CollectFixture(
+      {"KAPLA_ComputerSystem", "KAPLA_KernelModule", "KAPLA_InstalledSoftwareElement"});
+  ASSERT_EQ(Instances(*result, "KAPLA_KernelModule").size(), 3u);
+  TCIMInstance* tables = Find(*result, "KAPLA_KernelModule", "Name", "nf_tables");
+  ASSERT_NE(tables, nullptr);
+  EXPECT_EQ(Text(tables, "Size"), "290816");
+  EXPECT_EQ(Text(tables, "UseCount"), "3");
+  EXPECT_EQ(Text(tables, "Dependents"), "{ nft_ct, nft_chain_nat }");
+  EXPECT_EQ(Text(tables, "State"), "Live");
+  EXPECT_EQ(Text(tables, "Version"), "NULL");
+  TCIMInstance* e1000e = Find(*result, "KAPLA_KernelModule", "Name", "e1000e");
+  ASSERT_NE(e1000e, nullptr);
+  EXPECT_EQ(Text(e1000e, "Size"), "282624");
+  EXPECT_EQ(Text(e1000e, "UseCount"), "0");
+  EXPECT_EQ(Text(e1000e, "Dependents"), "{  }");
+  EXPECT_EQ(Text(e1000e, "Version"), "3.2.6-k");
+  EXPECT_EQ(Text(e1000e, "SourceVersion"), "4E0D0E7F2A5C8D7E1B1C3A9");
+  EXPECT_EQ(Qualifier(*result, "KAPLA_KernelModule", "Size", "UNITS"), "Bytes");
+  std::vector<TCIMInstance*> links = Instances(*result, "KAPLA_InstalledSoftwareElement");
+  ASSERT_EQ(links.size(), 3u);
+  EXPECT_EQ(Text(links[0], "Software"), "KAPLA_KernelModule.Name=\"e1000e\"");
+}
+
+TEST_F(SystemSoftwareTest, PackagesAreKeyedByNameAndArchitecture) {
+  std::unique_ptr<TContainer> result = CollectFixture({"KAPLA_SoftwarePackage"});
+  std::set<std::string> paths = Paths(*result, "KAPLA_SoftwarePackage");
+  EXPECT_EQ(paths,
+            (std::set<std::string>{"KAPLA_SoftwarePackage.Architecture=\"amd64\",Name=\"libc6\"",
+                                   "KAPLA_SoftwarePackage.Architecture=\"i386\",Name=\"libc6\""}));
+  TCIMInstance* i386 = Find(*result, "KAPLA_SoftwarePackage", "Architecture", "i386");
+  ASSERT_NE(i386, nullptr);
+  EXPECT_EQ(Text(i386, "Version"), "2.36-9+deb12u4");
+  EXPECT_EQ(Text(i386, "InstalledSize"), "12109");
+  EXPECT_EQ(Text(i386, "Manufacturer"), "GNU Libc Maintainers <debian-glibc@lists.debian.org>");
+  EXPECT_EQ(Qualifier(*result, "KAPLA_SoftwarePackage", "Manufacturer", "SENSITIVE"), "true");
+}
+
+TEST_F(SystemSoftwareTest, ServicesComeFromUnitFilesWithoutTheManagerUnderARoot) {
+  std::unique_ptr<TContainer> result =
+      CollectFixture({"KAPLA_ComputerSystem", "KAPLA_Service", "KAPLA_HostedService"});
+  struct Row {
+    const char* name;
+    const char* description;
+    const char* state;
+  };
+  const Row rows[] = {
+      {"ssh.service", "OpenBSD Secure Shell server", "enabled"},
+      {"rsync.service", "fast remote file copy program daemon", "disabled"},
+      {"cron.service", "Regular background program processing daemon", "static"},
+      {"apt-daily.service", "NULL", "masked"},
+      {"session-setup.service", "Set up this boot's session", "static"},
+  };
+  // Neither the template getty@.service nor the alias sshd.service is a
+  // service.
+  ASSERT_EQ(Instances(*result, "KAPLA_Service").size(), 5u);
+  for (const Row& row : rows) {
+    TCIMInstance* service = Find(*result, "KAPLA_Service", "Name", row.name);
+    ASSERT_NE(service, nullptr);
+    EXPECT_EQ(Text(service, "Description"), row.description) << row.name;
+    EXPECT_EQ(Text(service, "UnitFileState"), row.state) << row.name;
+    // Only the running manager knows these, and it is not asked about another
+    // root.
+    EXPECT_EQ(Text(service, "ActiveState"), "NULL") << row.name;
+    EXPECT_EQ(Text(service, "MainPID"), "NULL") << row.name;
+  }
+  EXPECT_EQ(Qualifier(*result, "KAPLA_Service", "MainPID", "VOLATILE"), "true");
+  EXPECT_EQ(Instances(*result, "KAPLA_HostedService").size(), 5u);
+}
+
+TEST_F(SystemSoftwareTest, UnderARootOnlyTheIPv6AddressesOfIfInet6AreReported) {
+  std::unique_ptr<TContainer> result = CollectFixture(
+      {"KAPLA_NetworkAdapter", "KAPLA_IPProtocolEndpoint", "KAPLA_DeviceSAPImplementation"});
+  struct Row {
+    const char* name;
+    const char* address;
+    const char* prefix;
+    const char* scope;
+  };
+  const Row rows[] = {
+      {"lo/::1/128", "::1", "128", "host"},
+      {"eth0/2001:db8::42/64", "2001:db8::42", "64", "global"},
+      {"eth0/fe80::211:22ff:fe33:4455/64", "fe80::211:22ff:fe33:4455", "64", "link"},
+  };
+  ASSERT_EQ(Instances(*result, "KAPLA_IPProtocolEndpoint").size(), 3u)
+      << "no IPv4 address of this machine under another root";
+  for (const Row& row : rows) {
+    TCIMInstance* endpoint = Find(*result, "KAPLA_IPProtocolEndpoint", "Name", row.name);
+    ASSERT_NE(endpoint, nullptr);
+    EXPECT_EQ(Text(endpoint, "Address"), row.address);
+    EXPECT_EQ(Text(endpoint, "PrefixLength"), row.prefix);
+    EXPECT_EQ(Text(endpoint, "Scope"), row.scope);
+    EXPECT_EQ(Text(endpoint, "ProtocolIFType"), "4097");
+  }
+  EXPECT_EQ(
+      Paths(*result, "KAPLA_DeviceSAPImplementation"),
+      (std::set<std::string>{"KAPLA_DeviceSAPImplementation.Antecedent=\"KAPLA_NetworkAdapter."
+                             "CreationClassName=\"KAPLA_NetworkAdapter\",DeviceID=\"eth0\"\","
+                             "Dependent=\""
+                             "KAPLA_IPProtocolEndpoint.CreationClassName=\"KAPLA_"
+                             "IPProtocolEndpoint\","
+                             "Name=\"eth0/2001:db8::42/64\"\"",
+                             "KAPLA_DeviceSAPImplementation.Antecedent=\"KAPLA_NetworkAdapter."
+                             "CreationClassName=\"KAPLA_NetworkAdapter\",DeviceID=\"eth0\"\","
+                             "Dependent=\""
+                             "KAPLA_IPProtocolEndpoint.CreationClassName=\"KAPLA_"
+                             "IPProtocolEndpoint\","
+                             "Name=\"eth0/fe80::211:22ff:fe33:4455/64\"\"",
+                             "KAPLA_DeviceSAPImplementation.Antecedent=\"KAPLA_NetworkAdapter."
+                             "CreationClassName=\"KAPLA_NetworkAdapter\",DeviceID=\"lo\"\","
+                             "Dependent=\""
+                             "KAPLA_IPProtocolEndpoint.CreationClassName=\"KAPLA_"
+                             "IPProtocolEndpoint\","
+                             "Name=\"lo/::1/128\"\""}));
+  EXPECT_EQ(Qualifier(*result, "KAPLA_IPProtocolEndpoint", "Address", "SENSITIVE"), "true");
+  EXPECT_EQ(Qualifier(*result, "KAPLA_IPProtocolEndpoint", "Name", "SENSITIVE"), "true");
+  EXPECT_EQ(Qualifier(*result, "KAPLA_NetworkAdapter", "PermanentAddress", "SENSITIVE"), "true");
+}
+
+TEST_F(SystemSoftwareTest, WithoutTheirFilesThereAreNoAccountsModulesServicesOrAddresses) {
+  std::unique_ptr<TContainer> result =
+      Collect(TempPath("empty"), {"KAPLA_Account", "KAPLA_KernelModule", "KAPLA_Service",
+                                  "KAPLA_IPProtocolEndpoint", "KAPLA_SoftwarePackage"});
+  for (const char* cls : {"KAPLA_Account", "KAPLA_KernelModule", "KAPLA_Service",
+                          "KAPLA_IPProtocolEndpoint", "KAPLA_SoftwarePackage"})
+    EXPECT_TRUE(Instances(*result, cls).empty()) << cls;
+  EXPECT_EQ(fErr, "");
+}
+
+TEST_F(SystemSoftwareTest, ThisMachinesAddressesAreThoseOfGetifaddrs) {
+  std::set<std::string> expected;
+  struct ifaddrs* list = nullptr;
+  ASSERT_EQ(getifaddrs(&list), 0);
+  for (struct ifaddrs* entry = list; entry; entry = entry->ifa_next) {
+    if (!entry->ifa_addr || !entry->ifa_netmask ||
+        (entry->ifa_addr->sa_family != AF_INET && entry->ifa_addr->sa_family != AF_INET6))
+      continue;
+    bool v4 = entry->ifa_addr->sa_family == AF_INET;
+    const void* address =
+        v4 ? static_cast<const void*>(&reinterpret_cast<sockaddr_in*>(entry->ifa_addr)->sin_addr)
+           : &reinterpret_cast<sockaddr_in6*>(entry->ifa_addr)->sin6_addr;
+    const unsigned char* mask = reinterpret_cast<const unsigned char*>(
+        v4 ? static_cast<const void*>(&reinterpret_cast<sockaddr_in*>(entry->ifa_netmask)->sin_addr)
+           : &reinterpret_cast<sockaddr_in6*>(entry->ifa_netmask)->sin6_addr);
+    int prefix = 0;
+    for (int i = 0; i < (v4 ? 4 : 16); ++i)
+      prefix += __builtin_popcount(mask[i]);
+    char text[INET6_ADDRSTRLEN];
+    ASSERT_NE(inet_ntop(entry->ifa_addr->sa_family, address, text, sizeof text), nullptr);
+    std::string name(entry->ifa_name);
+    expected.insert(name.substr(0, name.find(':')) + "/" + text + "/" + std::to_string(prefix));
+  }
+  freeifaddrs(list);
+  std::unique_ptr<TContainer> result = Collect("", {"KAPLA_IPProtocolEndpoint"});
+  std::set<std::string> names;
+  for (TCIMInstance* endpoint : Instances(*result, "KAPLA_IPProtocolEndpoint"))
+    names.insert(Text(endpoint, "Name"));
+  EXPECT_EQ(names, expected);
+}
+
+TEST_F(SystemSoftwareTest, ThisMachinesAccountsAreThoseOfEtcPasswd) {
+  std::map<std::string, std::string> expected;
+  FILE* file = std::fopen("/etc/passwd", "r");
+  ASSERT_NE(file, nullptr);
+  while (struct passwd* entry = fgetpwent(file))
+    expected[entry->pw_name] = std::to_string(entry->pw_uid) + " " + entry->pw_dir;
+  std::fclose(file);
+  std::unique_ptr<TContainer> result = Collect("", {"KAPLA_Account"});
+  std::map<std::string, std::string> accounts;
+  for (TCIMInstance* account : Instances(*result, "KAPLA_Account"))
+    accounts[Text(account, "Name")] =
+        Text(account, "UserID") + " " + Text(account, "HomeDirectory");
+  EXPECT_EQ(accounts, expected);
+  EXPECT_EQ(Text(Find(*result, "KAPLA_Account", "Name", "root"), "SystemAccount"), "true");
+}
+
+TEST_F(SystemSoftwareTest, ThisMachinesModulesAndServicesAreThoseItRuns) {
+  std::unique_ptr<TContainer> result = Collect("", {"KAPLA_KernelModule", "KAPLA_Service"});
+  std::set<std::string> modules;
+  std::ifstream in("/proc/modules");
+  for (std::string line; std::getline(in, line);)
+    modules.insert(line.substr(0, line.find(' ')));
+  std::set<std::string> names;
+  for (TCIMInstance* module : Instances(*result, "KAPLA_KernelModule"))
+    names.insert(Text(module, "Name"));
+  EXPECT_EQ(names, modules);
+  struct stat info;
+  std::vector<TCIMInstance*> services = Instances(*result, "KAPLA_Service");
+  if (stat("/run/systemd/system", &info) != 0) {
+    EXPECT_TRUE(services.empty()) << "no systemd here, so no services";
+    GTEST_SKIP() << "systemd does not run on this machine: its services are "
+                    "not compared";
+  }
+  ASSERT_FALSE(services.empty());
+  int active = 0;
+  for (TCIMInstance* service : services) {
+    EXPECT_NE(Text(service, "LoadState"), "NULL") << Text(service, "Name");
+    active += Text(service, "ActiveState") == "active";
+  }
+  EXPECT_GT(active, 0) << "systemd runs, so some service is active";
+}
+
+TEST_F(SystemSoftwareTest, NoTwoInstancesOfAClassShareAPathInAWholeCollection) {
+  std::unique_ptr<TContainer> result = Collect("", {});
+  size_t classes = 0;
+  for (TCIMClass* cls : result->GetRootClass()->EnumerateSubClasses(true)) {
+    std::vector<TCIMInstance*> instances = cls->EnumerateInstances(false);
+    std::set<std::string> paths;
+    for (TCIMInstance* instance : instances)
+      EXPECT_TRUE(paths.insert(instance->BuildPath().GetPath()).second)
+          << "twice: " << instance->BuildPath().GetPath();
+    classes += !instances.empty();
+  }
+  EXPECT_GE(classes, 10u);
+}
