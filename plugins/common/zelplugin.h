@@ -32,7 +32,8 @@ static inline const char* ZelPluginPath(const char* path, char* buffer, size_t s
   size_t length = strlen(root);
   while (length > 0 && root[length - 1] == '/')
     --length;
-  snprintf(buffer, size, "%.*s%s", (int)length, root, path);
+  if (snprintf(buffer, size, "%.*s%s", (int)length, root, path) >= (int)size)
+    buffer[0] = '\0'; /* a cut path could name another file: name none */
   return buffer;
 }
 
@@ -132,6 +133,43 @@ static inline int ZelPluginMemInfoKiB(const char* wanted, unsigned long long* ki
     return 0;
   *kib = strtoull(text, NULL, 10);
   return 1;
+}
+
+/* The same figure in Bytes, the one unit of every size the plugins report. */
+static inline int ZelPluginMemInfoBytes(const char* wanted, unsigned long long* bytes) {
+  if (!ZelPluginMemInfoKiB(wanted, bytes))
+    return 0;
+  *bytes *= 1024;
+  return 1;
+}
+
+/* A file holding one decimal integer (sysfs attributes); 0 when unreadable or not a number. */
+static inline int ZelPluginReadInteger(const char* path, long long* number) {
+  char line[64];
+  char* end;
+  if (!ZelPluginReadLine(path, line, sizeof line))
+    return 0;
+  *number = strtoll(line, &end, 10);
+  return end != line && *ZelPluginSkipSpace(end) == '\0';
+}
+
+/* Calls visit for each entry of a directory whose name begins with prefix ("" for every
+ * entry but "." and ".."), until one fails; a directory that cannot be read has none. */
+static inline zelStatusCode ZelPluginEachEntry(const char* path, const char* prefix,
+                                               zelStatusCode (*visit)(void* context,
+                                                                      const char* name),
+                                               void* context) {
+  struct dirent* entry;
+  zelStatusCode status = zelStatusOK;
+  DIR* dir = ZelPluginOpendir(path);
+  if (!dir)
+    return zelStatusOK;
+  while (status == zelStatusOK && (entry = readdir(dir)) != NULL)
+    if (strncmp(entry->d_name, prefix, strlen(prefix)) == 0 && strcmp(entry->d_name, ".") != 0 &&
+        strcmp(entry->d_name, "..") != 0)
+      status = visit(context, entry->d_name);
+  closedir(dir);
+  return status;
 }
 
 /* Sets a string property from the first line of a file; leaves it NULL otherwise. */
