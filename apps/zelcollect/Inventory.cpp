@@ -5,6 +5,7 @@
 #include "TCIMDateTime.h"
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
+#include "TCIMPropertyDecl.h"
 #include "TCIMQualifier.h"
 #include "TCIMSchemaHelper.h"
 #include "TCIMValue.h"
@@ -68,11 +69,19 @@ std::string QualifierText(const TCIMClass& cls, const char* name) {
   return static_cast<std::string>(qualifier->GetValue());
 }
 
+// The library shows a unit only where it scales the number (Bytes, Bits ...): any other unit
+// (MegaHertz, DegreesCelsius) follows the bare number here, so that no quantity reads unitless.
 std::string DisplayText(const TCIMProperty& property) {
   TCIMValue value = property.GetValue();
-  if (value.GetType() == TCIMValue::TCIMType::kDateTime && !value.IsNull())
+  if (value.IsNull())
+    return property.ToString();
+  if (value.GetType() == TCIMValue::TCIMType::kDateTime)
     return static_cast<TCIMDateTime>(value).ToUIString();
-  return property.ToString();
+  std::string text = property.ToString();
+  TCIMQualifier* units = property.GetDeclaration().FindQualifier("UNITS");
+  if (units && !units->GetValue().IsNull() && !value.IsArray() && text == value.ToString(10))
+    text += " " + static_cast<std::string>(units->GetValue());
+  return text;
 }
 
 } // namespace zelcollect

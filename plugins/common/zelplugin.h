@@ -164,6 +164,43 @@ static inline int ZelPluginMemInfoKiB(const char* wanted, unsigned long long* ki
   return 1;
 }
 
+/* The same figure in Bytes, the one unit of every size the plugins report. */
+static inline int ZelPluginMemInfoBytes(const char* wanted, unsigned long long* bytes) {
+  if (!ZelPluginMemInfoKiB(wanted, bytes))
+    return 0;
+  *bytes *= 1024;
+  return 1;
+}
+
+/* A file holding one decimal integer (sysfs attributes); 0 when unreadable or not a number. */
+static inline int ZelPluginReadInteger(const char* path, long long* number) {
+  char line[64];
+  char* end;
+  if (!ZelPluginReadLine(path, line, sizeof line))
+    return 0;
+  *number = strtoll(line, &end, 10);
+  return end != line && *ZelPluginSkipSpace(end) == '\0';
+}
+
+/* Calls visit for each entry of a directory whose name begins with prefix ("" for every
+ * entry but "." and ".."), until one fails; a directory that cannot be read has none. */
+static inline zelStatusCode ZelPluginEachEntry(const char* path, const char* prefix,
+                                               zelStatusCode (*visit)(void* context,
+                                                                      const char* name),
+                                               void* context) {
+  struct dirent* entry;
+  zelStatusCode status = zelStatusOK;
+  DIR* dir = ZelPluginOpendir(path);
+  if (!dir)
+    return zelStatusOK;
+  while (status == zelStatusOK && (entry = readdir(dir)) != NULL)
+    if (strncmp(entry->d_name, prefix, strlen(prefix)) == 0 && strcmp(entry->d_name, ".") != 0 &&
+        strcmp(entry->d_name, "..") != 0)
+      status = visit(context, entry->d_name);
+  closedir(dir);
+  return status;
+}
+
 /* Sets a string property from the first line of a file; leaves it NULL otherwise. */
 static inline void ZelPluginAddFileProperty(zelIOHandle* io, const char* name, const char* path) {
   char line[512];
@@ -231,23 +268,6 @@ static inline int ZelPluginListDirectory(const char* path, ZelPluginNames* names
       complete = ZelPluginNamesAdd(names, entry->d_name);
   closedir(directory);
   return complete;
-}
-
-/* Calls add with each entry of a directory until one fails; a missing directory has
- * none. */
-static inline zelStatusCode ZelPluginEachEntry(zelIOHandle* io, const char* path,
-                                               zelStatusCode (*add)(zelIOHandle* io,
-                                                                    const char* entry)) {
-  struct dirent* entry;
-  zelStatusCode status = zelStatusOK;
-  DIR* directory = ZelPluginOpendir(path);
-  if (!directory)
-    return zelStatusOK;
-  while (status == zelStatusOK && (entry = readdir(directory)) != NULL)
-    if (entry->d_name[0] != '.')
-      status = add(io, entry->d_name);
-  closedir(directory);
-  return status;
 }
 
 /* Is className one of the classes asked for? */

@@ -20,7 +20,8 @@ static int ReadNetFile(const char* adapter, const char* file, char* value, size_
   return ZelPluginReadLine(path, value, size);
 }
 
-static zelStatusCode AddAdapter(zelIOHandle* io, const char* adapter) {
+static zelStatusCode AddAdapter(void* context, const char* adapter) {
+  zelIOHandle* io = (zelIOHandle*)context;
   char value[256];
   char path[PATH_MAX];
   char target[PATH_MAX];
@@ -44,7 +45,7 @@ static zelStatusCode AddAdapter(zelIOHandle* io, const char* adapter) {
 }
 
 static zelStatusCode AddAdapters(zelIOHandle* io) {
-  return ZelPluginEachEntry(io, "/sys/class/net", AddAdapter);
+  return ZelPluginEachEntry("/sys/class/net", "", AddAdapter, io);
 }
 
 /* The kernel's own scope for IPv6 (/proc/net/if_inet6); for IPv4, which getifaddrs gives

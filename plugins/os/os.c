@@ -28,7 +28,7 @@ static zelStatusCode AddOperatingSystem(zelIOHandle* io) {
   char host[256];
   char text[256];
   struct utsname kernel;
-  unsigned long long kib;
+  unsigned long long bytes;
   zelStatusCode status = zelAddClass(io, "KAPLA_OperatingSystem");
   if (status != zelStatusOK)
     return status;
@@ -49,12 +49,12 @@ static zelStatusCode AddOperatingSystem(zelIOHandle* io) {
   }
   zelAddUint16Property(io, "OSType", 36);
   AddBootTime(io);
-  if (ZelPluginMemInfoKiB("MemTotal", &kib))
-    zelAddUint64Property(io, "TotalVisibleMemorySize", kib);
-  if (ZelPluginMemInfoKiB("MemAvailable", &kib))
-    zelAddUint64Property(io, "FreePhysicalMemory", kib);
-  if (ZelPluginMemInfoKiB("SwapTotal", &kib))
-    zelAddUint64Property(io, "TotalSwapSpaceSize", kib);
+  if (ZelPluginMemInfoBytes("MemTotal", &bytes))
+    zelAddUint64Property(io, "TotalVisibleMemorySize", bytes);
+  if (ZelPluginMemInfoBytes("MemAvailable", &bytes))
+    zelAddUint64Property(io, "FreePhysicalMemory", bytes);
+  if (ZelPluginMemInfoBytes("SwapTotal", &bytes))
+    zelAddUint64Property(io, "TotalSwapSpaceSize", bytes);
   zelAddUint32Property(io, "NumberOfProcessors", (uint32_t)sysconf(_SC_NPROCESSORS_ONLN));
   return zelStatusOK;
 }

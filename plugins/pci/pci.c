@@ -80,7 +80,8 @@ static void AddIdentity(zelIOHandle* io, const char* address) {
   ZelIdsAddName(io, "SubsystemVendorName", &gPciIds, path, 1);
 }
 
-static zelStatusCode AddFunction(zelIOHandle* io, const char* address) {
+static zelStatusCode AddFunction(void* context, const char* address) {
+  zelIOHandle* io = (zelIOHandle*)context;
   char path[PATH_MAX];
   char value[256];
   long number;
@@ -106,7 +107,7 @@ static zelStatusCode AddFunction(zelIOHandle* io, const char* address) {
 }
 
 static zelStatusCode AddFunctions(zelIOHandle* io) {
-  zelStatusCode status = ZelPluginEachEntry(io, "/sys/bus/pci/devices", AddFunction);
+  zelStatusCode status = ZelPluginEachEntry("/sys/bus/pci/devices", "", AddFunction, io);
   ZelIdsFree(&gPciIds); /* Read again by the next run: the file may have changed. */
   return status;
 }

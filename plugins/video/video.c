@@ -120,7 +120,8 @@ static int Kept(const char* device) {
 }
 
 /* A PCI function of the display controller class that no card has named. */
-static zelStatusCode AddDisplayFunction(zelIOHandle* io, const char* address) {
+static zelStatusCode AddDisplayFunction(void* context, const char* address) {
+  zelIOHandle* io = (zelIOHandle*)context;
   char path[PATH_MAX];
   unsigned long code;
   snprintf(path, sizeof path, "/sys/bus/pci/devices/%s", address);
@@ -148,7 +149,7 @@ static zelStatusCode AddControllers(zelIOHandle* io) {
       status = AddController(io, device, pci, card);
   }
   if (status == zelStatusOK)
-    status = ZelPluginEachEntry(io, "/sys/bus/pci/devices", AddDisplayFunction);
+    status = ZelPluginEachEntry("/sys/bus/pci/devices", "", AddDisplayFunction, io);
   ZelPluginNamesClear(&gDrm);
   ZelIdsFree(&gPciIds);
   return status;

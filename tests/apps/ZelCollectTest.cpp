@@ -218,19 +218,31 @@ TEST_F(ZelCollectTest, TheXMLFormatPrintsTheResultFileAndVerifyReadsItBack) {
 
 TEST_F(ZelCollectTest, TheJSONFormatKeepsTypesAndDisplayTexts) {
   TRun run = Run({"-n", "-f", "json", "-c", "KAPLA_OperatingSystem", "-c",
-                  "KAPLA_ComputerSystem"});
+                  "KAPLA_ComputerSystem", "-c", "KAPLA_Processor"});
   ASSERT_EQ(run.fExit, 0) << run.fErr;
   nlohmann::json report = nlohmann::json::parse(run.fOut);
-  ASSERT_EQ(report["classes"].size(), 2u);
+  ASSERT_EQ(report["classes"].size(), 3u);
   EXPECT_EQ(report["classes"][0]["name"], "KAPLA_ComputerSystem");
   EXPECT_EQ(report["classes"][0]["plugin"], "System");
   nlohmann::json os = report["classes"][1];
+  nlohmann::json processors = report["classes"][2];
+  if (processors["name"] == "KAPLA_OperatingSystem") // classes come in the plugins' order
+    std::swap(os, processors);
   EXPECT_EQ(os["name"], "KAPLA_OperatingSystem");
   nlohmann::json instance = os["instances"].at(0);
   EXPECT_EQ(instance["properties"]["OSType"], 36);
   EXPECT_EQ(instance["display"]["OSType"], "Linux");
   EXPECT_EQ(instance["properties"]["Name"], OsRelease("PRETTY_NAME"));
   EXPECT_TRUE(instance["properties"]["TotalVisibleMemorySize"].is_number_unsigned());
+  // A unit the display scales is shown once; any other one follows the bare number.
+  std::string memory = instance["display"]["TotalVisibleMemorySize"];
+  EXPECT_EQ(memory.find("Bytes"), memory.size() - 5) << memory;
+  EXPECT_EQ(processors["name"], "KAPLA_Processor");
+  nlohmann::json cpu = processors["instances"].at(0);
+  ASSERT_TRUE(cpu["properties"]["CurrentClockSpeed"].is_number_unsigned()) << cpu;
+  EXPECT_EQ(cpu["display"]["CurrentClockSpeed"],
+            std::to_string(cpu["properties"]["CurrentClockSpeed"].get<unsigned>()) +
+                " MegaHertz");
   EXPECT_EQ(report["identity"]["name"], HostName());
   EXPECT_EQ(report["identity"]["operatingSystemType"], "Linux");
   EXPECT_FALSE(std::ifstream(TempPath("inventory.xml.gz").c_str()).good()); // -n
@@ -247,9 +259,10 @@ TEST_F(ZelCollectTest, ProgressGoesToATerminalOnlyOneLinePerPlugin) {
   std::sort(firstPass.begin(), firstPass.end()); // Plugins run in directory listing order.
   EXPECT_EQ(firstPass, (std::vector<std::string>{
                            "zelcollect: Accounts        ", "zelcollect: FileSystem      ",
-                           "zelcollect: Memory          ", "zelcollect: Modules         ",
-                           "zelcollect: Network         ", "zelcollect: OperatingSystem ",
-                           "zelcollect: PCI             ", "zelcollect: Processor       ",
+                           "zelcollect: Memory          ", "zelcollect: MemoryModules   ",
+                           "zelcollect: Modules         ", "zelcollect: Network         ",
+                           "zelcollect: OperatingSystem ", "zelcollect: PCI             ",
+                           "zelcollect: Processor       ", "zelcollect: Sensors         ",
                            "zelcollect: Services        ", "zelcollect: Software        ",
                            "zelcollect: Storage         ", "zelcollect: System          ",
                            "zelcollect: USB             ", "zelcollect: Video           "}))
