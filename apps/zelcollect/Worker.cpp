@@ -201,10 +201,16 @@ void TLoader::Load(const TPluginLibrary& library, const TPlan& plan, TCatalog& c
   size_t before = plugins.size(), mark = LogMark();
   bool threw = false;
   zelStatusCode code = zelStatusOK;
-  int back = open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (back < 0 || chdir(library.fDirectory.c_str()) != 0)
+  // O_PATH: the way back needs no right to read the working directory.
+  int back = open(".", O_PATH | O_DIRECTORY | O_CLOEXEC);
+  if (back < 0)
+    throw TSetUpError(std::string("cannot keep the working directory: ") + std::strerror(errno));
+  if (chdir(library.fDirectory.c_str()) != 0) {
+    int error = errno;
+    close(back);
     throw TSetUpError("cannot use plugin directory " + library.fDirectory + ": " +
-                      std::strerror(errno));
+                      std::strerror(error));
+  }
   fReport.Send(TReport::kLoading, library.fPath);
   try {
     manager->LoadPlugin(library.fLoadPath);

@@ -9,6 +9,7 @@
 #include "TCIMClass.h"
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
+#include "TCIMXMLWriter.h"
 #include "TContainer.h"
 
 #include <fcntl.h>
@@ -139,6 +140,26 @@ protected:
 
   static size_t Count(TContainer& container, const char* cls) {
     return container.GetClass(cls)->EnumerateInstances(false).size();
+  }
+
+  // A plugin directory in the test's directory holding links to the given plugins'
+  // subdirectories.
+  std::string PluginDirectory(const std::string& name, const std::vector<std::string>& plugins) {
+    std::string directory = TempPath(name);
+    EXPECT_EQ(mkdir(directory.c_str(), 0755), 0);
+    for (const std::string& plugin : plugins) {
+      std::string link = directory + plugin.substr(plugin.rfind('/'));
+      EXPECT_EQ(symlink(plugin.c_str(), link.c_str()), 0) << link;
+    }
+    return directory;
+  }
+
+  // A plain result file is complete when the library reads it back and writes the same.
+  static void ExpectComplete(const std::string& path) {
+    TContainer loaded;
+    ASSERT_NO_THROW(loaded.PopulateContainerFromFile(path)) << path;
+    EXPECT_EQ(TCIMXMLWriter::Write(loaded, TCIMXMLWriter::eClassesWithInstances), ReadAll(path))
+        << path;
   }
 
 };
