@@ -2,7 +2,6 @@
 // result and writes it as CIM-XML.
 #include "Commands.h"
 
-#include "CoreSession.h"
 #include "Errors.h"
 #include "Format.h"
 #include "Inventory.h"
@@ -14,9 +13,12 @@
 #include "TCIMXMLWriter.h"
 #include "TContainer.h"
 
+#include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <iomanip>
 #include <iostream>
+#include <sstream>
 
 namespace fs = std::filesystem;
 
@@ -55,41 +57,50 @@ static void Upload(const TOptions& options, const std::string& output, TContaine
             << " to zelupload as " << name << ".xml.gz" << std::endl;
 }
 
-int RunCollect(const TOptions& options) {
-  TBundle bundle = TBundle::Find();
-  fs::path pluginDir = options.fPluginDir.empty() ? bundle.fPluginDir : fs::path(options.fPluginDir);
-  std::string output = options.fWriteOutput ? fs::absolute(options.fOutputFile).string() : "";
-
-  TCoreSession session(options);
-  TContainer& schema = session.GetSchema();
-  LoadSchema(schema, bundle.fSchemaDir, options.fSchemaFiles);
-  TCollectionOutcome outcome = TSupervisor(options).Run(schema, pluginDir);
-
-  TInventory inventory(schema);
-  WriteInventory(std::cout, options.fFormat, inventory);
-
+// In the worker: the result file first, so that a failing standard output cannot cost it,
+// then standard output.
+static int WriteResults(const TOptions& options, const std::string& output, TContainer& schema,
+                        const TCollectionOutcome& outcome) {
+  int status = kExitOK;
+  double writeMs = 0;
   if (!output.empty()) {
     TClock::time_point start = TClock::now();
-    WriteResultFile(output, schema);
-    double writeMs = Milliseconds(start);
-    if (options.fFormat == EFormat::kText)
-      std::cout << "\nResult file  " << output << " (" << FileSize(output) << " bytes)\n";
-    if (options.fVerify)
-      Verify(output, TCIMXMLWriter::Write(schema, TCIMXMLWriter::eClassesWithInstances),
-             outcome.fMilliseconds, writeMs);
+    try {
+      WriteResultFile(output, schema, TFileSafety::From(options));
+    } catch (TSetUpError& e) {
+      std::cerr << "zelcollect: " << e.what() << std::endl;
+      status = kExitTrouble;
+    }
+    writeMs = Milliseconds(start);
   }
-  std::cout.flush();
-  if (options.fUpload)
-    Upload(options, output, schema);
+  std::ostringstream printed;
+  TInventory inventory(schema);
+  WriteInventory(printed, options.fFormat, inventory);
+  if (!output.empty() && status == kExitOK && options.fFormat == EFormat::kText)
+    printed << "\nResult file  " << output << " (" << FileSize(output) << " bytes)\n";
+  status = std::max(status, WriteStandardOutput(printed.str()));
+  if (!output.empty() && status == kExitOK && options.fVerify)
+    Verify(output, TCIMXMLWriter::Write(schema, TCIMXMLWriter::eClassesWithInstances),
+           outcome.fMilliseconds, writeMs);
+  if (status == kExitOK && options.fUpload) {
+    try {
+      Upload(options, output, schema);
+    } catch (TSetUpError& e) { // the result file stays as written
+      std::cerr << "zelcollect: " << e.what() << std::endl;
+      status = kExitTrouble;
+    }
+  }
+  return status;
+}
 
-  if (outcome.fFailures.empty())
-    return kExitOK;
-  std::cerr << "zelcollect: " << outcome.fFailures.size()
-            << (outcome.fFailures.size() == 1 ? " plugin failure:" : " plugin failures:")
-            << "\n";
-  for (const std::string& failure : outcome.fFailures)
-    std::cerr << "  " << failure << "\n";
-  return kExitFailed;
+int RunCollect(const TOptions& options) {
+  std::string output = options.fWriteOutput ? fs::absolute(options.fOutputFile).string() : "";
+  // Where the result goes is known to work before anything is collected.
+  if (!output.empty() && !options.fList)
+    CheckWritable(output, TFileSafety::From(options));
+  return TSupervisor(options).Run([&](TContainer& schema, const TCollectionOutcome& outcome) {
+    return WriteResults(options, output, schema, outcome);
+  });
 }
 
 } // namespace zelcollect

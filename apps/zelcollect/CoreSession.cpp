@@ -2,6 +2,7 @@
 #include "CoreSession.h"
 
 #include "Errors.h"
+#include "LoadErrors.h"
 #include "Options.h"
 
 #include "IPlugin.h"
@@ -28,17 +29,20 @@ TBundle TBundle::Find() {
   return TBundle{ZEL_BUILD_SCHEMA_DIR, ZEL_BUILD_PLUGIN_DIR};
 }
 
-TCoreSession::TCoreSession(const TOptions& options) {
+TCoreSession::TCoreSession(const TOptions& options)
+    : TCoreSession(options, options.fLogFile) {}
+
+TCoreSession::TCoreSession(const TOptions& options, const std::string& logDestination) {
   TLogger::Initialize();
   TPluginManager::Initialize(".");
   TQueryManager::Initialize();
   TLogger* logger = TLogger::GetInstance();
   logger->SetLogThreshold(options.fLogLevel);
-  if (!options.fLogFile.empty()) {
+  if (!logDestination.empty()) {
     try {
-      logger->SetLogFilename(options.fLogFile);
+      logger->SetLogFilename(logDestination);
     } catch (TZELException& e) {
-      throw TSetUpError("cannot open log file " + options.fLogFile + ": " + e.what());
+      throw TSetUpError("cannot open log file " + logDestination + ": " + e.what());
     }
   }
 }
@@ -58,11 +62,23 @@ static void EndPlugin(IPlugin& plugin) {
   }
 }
 
-TCoreSession::~TCoreSession() {
+void TCoreSession::EndPlugins(const std::function<void(IPlugin&, bool)>& watch) {
+  if (fEnded)
+    return;
+  fEnded = true;
   if (TPluginManager* manager = TPluginManager::GetInstance()) {
-    for (const boost::shared_ptr<IPlugin>& plugin : manager->GetPluginsContainer())
+    for (const boost::shared_ptr<IPlugin>& plugin : manager->GetPluginsContainer()) {
+      if (watch)
+        watch(*plugin, true);
       EndPlugin(*plugin);
+      if (watch)
+        watch(*plugin, false);
+    }
   }
+}
+
+TCoreSession::~TCoreSession() {
+  EndPlugins(nullptr);
   delete TQueryManager::GetInstance();
   delete TPluginManager::GetInstance();
   delete TLogger::GetInstance();
@@ -82,10 +98,12 @@ void LoadSchema(TContainer& schema, const fs::path& directory,
   std::sort(documents.begin(), documents.end()); // 01-qualifiers.xml first
   documents.insert(documents.end(), extra.begin(), extra.end());
   for (const fs::path& document : documents) {
+    size_t mark = LogMark();
     try {
       schema.PopulateContainerFromFile(document.string());
     } catch (TZELException& e) {
-      throw TSetUpError("cannot load schema document " + document.string() + ": " + e.what());
+      throw TSetUpError("schema document " + document.string() +
+                        DocumentFailure(document.string(), mark, e.GetCode(), schema));
     }
   }
 }

@@ -2,6 +2,7 @@
 #ifndef ZELCOLLECT_ERRORS_H
 #define ZELCOLLECT_ERRORS_H
 
+#include <functional>
 #include <stdexcept>
 #include <string>
 
@@ -25,6 +26,10 @@ class TSetUpError : public std::runtime_error {
 public:
   explicit TSetUpError(const std::string& message) : std::runtime_error(message) {}
 };
+
+/// Runs a command's body; a usage error, set-up error or unexpected core failure that
+/// escapes it is printed on standard error and gives kExitTrouble.
+int ReportErrors(const std::function<int()>& body);
 
 } // namespace zelcollect
 

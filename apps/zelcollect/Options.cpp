@@ -5,6 +5,9 @@
 #include "Errors.h"
 #include "Upload.h"
 
+#include <cerrno>
+#include <cstdlib>
+
 #include <getopt.h>
 
 namespace zelcollect {
@@ -16,24 +19,43 @@ static const char kUsage[] =
     "writes it as CIM-XML. 'upload' sends a result file written earlier to the collection\n"
     "server.\n"
     "\n"
-    "  -p, --plugin-dir DIR   plugins to load (default: the bundled ones)\n"
+    "  -p, --plugin-dir DIR   more plugins, beside the bundled ones (repeatable)\n"
+    "      --no-bundled       leave the bundled plugins out\n"
     "  -s, --schema FILE      an extra CIM-XML schema document, loaded before the plugins\n"
     "                         (repeatable)\n"
-    "  -c, --class NAME       collect only this class (repeatable; default: every class)\n"
+    "  -c, --class NAME       collect only this class (repeatable; default: every class);\n"
+    "                         any case, a superclass collects its subclasses, an\n"
+    "                         association also the classes at its ends\n"
+    "  -x, --exclude NAME     leave this class out (repeatable)\n"
+    "      --list             list the plugins and the classes they collect, and stop\n"
     "  -o, --output FILE      result file; gzip when the name holds .gz\n"
     "                         (default: inventory.xml.gz)\n"
     "  -n, --no-output        write no result file\n"
     "      --verify           read the result file back and compare it, with timings\n"
     "  -l, --log-file FILE    write the log to FILE\n"
-    "  -L, --log-level LEVEL  error, warning, status (default), debug or verbose\n"
+    "  -L, --log-level LEVEL  error, warning, status (default), debug or verbose;\n"
+    "                         without -l the log goes to standard error\n"
     "  -f, --format FORMAT    text (default), xml or json\n"
+    "      --timeout SECONDS  time allowed to each call of a plugin (default: 120)\n"
+    "      --allow-unsafe-plugins\n"
+    "                         load plugins and schema documents that others could have\n"
+    "                         written (for development; warns)\n"
+    "      --follow-symlinks  write the result and log through a symbolic link\n"
     "      --upload[=NAME]    send the result to the collection server, the host named\n"
     "                         zelupload, as NAME.xml.gz (default: HOST-YYYYMMDDThhmmss)\n"
     "  -h, --help             show this help\n"
     "  -V, --version          show the version\n"
     "\n"
-    "Exit status: 0 success, 1 the collection ran but some plugin failed (listed on\n"
-    "standard error), 2 usage or set-up error, or the upload failed (the result file is kept).\n";
+    "Plugins run in a separate process. A plugin that crashes or exceeds its time is\n"
+    "named on standard error and left out; the others are collected again without it.\n"
+    "Only plugins, documents and directories owned by root (or by the user running\n"
+    "zelcollect) and writable by no one else are loaded. The result file is written to\n"
+    "a temporary file and renamed over the old one, so a failure leaves the old one as\n"
+    "it was; new result and log files are readable by their owner only.\n"
+    "\n"
+    "Exit status: 0 success, 1 the collection ran but some plugin failed or was not\n"
+    "loaded (listed on standard error), 2 usage or set-up error, or the result could\n"
+    "not be written or printed, or the upload failed (the result file is kept).\n";
 
 const char* UsageText() { return kUsage; }
 
@@ -54,6 +76,15 @@ static zelLogSeverity ParseLevel(const std::string& text) {
                     "' (error, warning, status, debug or verbose)");
 }
 
+static unsigned ParseSeconds(const std::string& text) {
+  char* end = nullptr;
+  errno = 0;
+  unsigned long seconds = std::strtoul(text.c_str(), &end, 10);
+  if (text.empty() || *end || text[0] == '-' || errno || seconds == 0 || seconds > 86400)
+    throw TUsageError("--timeout takes whole seconds from 1 to 86400, not '" + text + "'");
+  return static_cast<unsigned>(seconds);
+}
+
 static EFormat ParseFormat(const std::string& text) {
   EFormat format;
   if (!FormatByName(text, format))
@@ -62,7 +93,7 @@ static EFormat ParseFormat(const std::string& text) {
 }
 
 TOptions ParseOptions(int argc, char** argv) {
-  enum { kVerify = 256, kUpload };
+  enum { kVerify = 256, kList, kNoBundled, kTimeout, kAllowUnsafe, kFollowSymlinks, kUpload };
   static const option kLongOptions[] = {{"plugin-dir", required_argument, 0, 'p'},
                                         {"schema", required_argument, 0, 's'},
                                         {"class", required_argument, 0, 'c'},
@@ -75,6 +106,12 @@ TOptions ParseOptions(int argc, char** argv) {
                                         {"upload", optional_argument, 0, kUpload},
                                         {"help", no_argument, 0, 'h'},
                                         {"version", no_argument, 0, 'V'},
+                                        {"exclude", required_argument, 0, 'x'},
+                                        {"list", no_argument, 0, kList},
+                                        {"no-bundled", no_argument, 0, kNoBundled},
+                                        {"timeout", required_argument, 0, kTimeout},
+                                        {"allow-unsafe-plugins", no_argument, 0, kAllowUnsafe},
+                                        {"follow-symlinks", no_argument, 0, kFollowSymlinks},
                                         {0, 0, 0, 0}};
   TOptions options;
   int first = 1;
@@ -85,13 +122,13 @@ TOptions ParseOptions(int argc, char** argv) {
   optind = first;
   opterr = 0; // The message is ours.
   for (;;) {
-    int code = getopt_long(argc, argv, ":p:s:c:o:nl:L:f:hV", kLongOptions, 0);
+    int code = getopt_long(argc, argv, ":p:s:c:o:nl:L:f:hVx:", kLongOptions, 0);
     if (code == -1)
       break;
     std::string value = optarg ? optarg : "";
     switch (code) {
     case 'p':
-      options.fPluginDir = value;
+      options.fPluginDirs.push_back(value);
       break;
     case 's':
       options.fSchemaFiles.push_back(value);
@@ -118,6 +155,7 @@ TOptions ParseOptions(int argc, char** argv) {
       break;
     case 'L':
       options.fLogLevel = ParseLevel(value);
+      options.fLogLevelGiven = true;
       break;
     case 'f':
       options.fFormat = ParseFormat(value);
@@ -128,6 +166,24 @@ TOptions ParseOptions(int argc, char** argv) {
     case 'V':
       options.fVersion = true;
       break;
+    case 'x':
+      options.fExcludedClasses.push_back(value);
+      break;
+    case kList:
+      options.fList = true;
+      break;
+    case kNoBundled:
+      options.fNoBundled = true;
+      break;
+    case kTimeout:
+      options.fTimeout = ParseSeconds(value);
+      break;
+    case kAllowUnsafe:
+      options.fAllowUnsafePlugins = true;
+      break;
+    case kFollowSymlinks:
+      options.fFollowSymlinks = true;
+      break;
     case ':':
       throw TUsageError(std::string("option '") + argv[optind - 1] + "' needs a value");
     default:
@@ -137,6 +193,10 @@ TOptions ParseOptions(int argc, char** argv) {
   options.fArguments.assign(argv + optind, argv + argc);
   if (options.fCommand == "collect" && !options.fArguments.empty())
     throw TUsageError("unexpected argument '" + options.fArguments[0] + "'");
+  if (options.fWriteOutput && options.fOutputFile.empty())
+    throw TUsageError("the result file name is empty (-n writes none)");
+  if (options.fNoBundled && options.fPluginDirs.empty())
+    throw TUsageError("--no-bundled needs a plugin directory (-p)");
   if (options.fVerify && !options.fWriteOutput)
     throw TUsageError("--verify needs a result file");
   return options;

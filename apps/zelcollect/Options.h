@@ -14,7 +14,6 @@ namespace zelcollect {
 struct TOptions {
   std::string fCommand = "collect";     ///< collect, or the verb given first
   std::vector<std::string> fArguments;  ///< the command's operands
-  std::string fPluginDir;               ///< empty: the bundled plugins
   std::vector<std::string> fSchemaFiles; ///< loaded after the bundled schema
   std::vector<std::string> fClassNames; ///< empty: every class
   std::string fOutputFile = "inventory.xml.gz";
@@ -27,6 +26,16 @@ struct TOptions {
   std::string fUploadName; ///< empty: host and collection time
   bool fHelp = false;
   bool fVersion = false;
+
+  // Which plugins run, how they are contained, and how files are created.
+  std::vector<std::string> fPluginDirs;      ///< -p: added to the bundled plugins
+  bool fNoBundled = false;                   ///< --no-bundled
+  std::vector<std::string> fExcludedClasses; ///< -x
+  bool fList = false;                        ///< --list: plugins and classes, no collection
+  unsigned fTimeout = 120;                   ///< seconds per plugin call
+  bool fAllowUnsafePlugins = false;          ///< load files others could have written
+  bool fFollowSymlinks = false;              ///< write through a link at the output's name
+  bool fLogLevelGiven = false;               ///< -L: without -l the log goes to stderr
 };
 
 /// Throws TUsageError.

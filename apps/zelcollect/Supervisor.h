@@ -1,35 +1,41 @@
-// The one place where plugins are loaded and a collection runs; it learns which plugins
-// failed and why.
+// The supervisor of a collection: it decides which plugins may be loaded, runs the
+// collection in a worker process (Worker.h), and when a plugin crashes or exceeds its time
+// starts a new worker without it. It reports every failure once.
 #ifndef ZELCOLLECT_SUPERVISOR_H
 #define ZELCOLLECT_SUPERVISOR_H
 
-#include <filesystem>
+#include "Worker.h"
+
 #include <string>
 #include <vector>
-
-class TContainer;
 
 namespace zelcollect {
 
 struct TOptions;
 
-/// What a collection came to: one line per failure, for standard error.
-struct TCollectionOutcome {
-  std::vector<std::string> fFailures;
-  double fMilliseconds = 0;
-};
-
 class TSupervisor {
 public:
   explicit TSupervisor(const TOptions& options);
+  ~TSupervisor();
+  TSupervisor(const TSupervisor&) = delete;
+  TSupervisor& operator=(const TSupervisor&) = delete;
 
-  /// Loads the plugins of the directory into the plugin manager and collects into the
-  /// schema container, both passes. Progress lines go to standard error when asked.
-  TCollectionOutcome Run(TContainer& schema, const std::filesystem::path& pluginDir);
+  /// Collects (or lists, with --list) in workers until one ends; the last hands the
+  /// collection to write. Prints the failures on standard error and returns the exit
+  /// status: that of write, or kExitFailed when something failed, or kExitTrouble.
+  int Run(const TResultWriter& write);
 
 private:
+  struct TCall;
+  struct TWorkerEnd;
+
+  TPlan MakePlan();
+  void Fail(const std::string& failure);
+  TWorkerEnd Watch(int pid, int control);
+
   const TOptions& fOptions;
-  bool fProgress;
+  std::vector<std::string> fFailures; ///< in the order found, each once
+  int fLogFd = -1;                    ///< where the workers' log lines go; -1 none
 };
 
 } // namespace zelcollect

@@ -4,8 +4,7 @@
 #include "Errors.h"
 #include "Options.h"
 
-#include "TZELException.h"
-
+#include <csignal>
 #include <iostream>
 
 using namespace zelcollect;
@@ -26,14 +25,7 @@ int main(int argc, char** argv) {
     std::cout << "zelcollect " << ZEL_VERSION << "\n";
     return kExitOK;
   }
-  try {
-    return FindCommand(options.fCommand)(options);
-  } catch (TUsageError& e) {
-    std::cerr << "zelcollect: " << e.what() << "\nTry 'zelcollect --help'.\n";
-  } catch (TSetUpError& e) {
-    std::cerr << "zelcollect: " << e.what() << "\n";
-  } catch (TZELException& e) {
-    std::cerr << "zelcollect: unexpected failure: " << e.what() << "\n";
-  }
-  return kExitTrouble;
+  // A closed standard output is a failed write, reported as such, not a silent death.
+  signal(SIGPIPE, SIG_IGN);
+  return ReportErrors([&] { return FindCommand(options.fCommand)(options); });
 }

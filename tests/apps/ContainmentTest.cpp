@@ -1,0 +1,83 @@
+// Plugins that crash, hang or do not load cost only their own data: each is named once on
+// standard error with its library and its reason, the others are printed and written.
+#include "ZelCollectRun.h"
+
+#include <chrono>
+
+TEST_F(ZelCollectTest, AFaultyPluginIsNamedOnceAndTheOthersArePrintedAndWritten) {
+  struct {
+    const char* fPlugin;
+    const char* fPrefix; ///< of its classes
+    std::vector<std::string> fOptions;
+    std::string fError; ///< % stands for the plugin directory
+  } const rows[] = {
+      {"segv", "SEGV_", {},
+       "plugin Segv (%/segv/libsegv.pi.so): killed by signal 11 (Segmentation fault) in GetData"},
+      // Its first pass went well; what it collected there goes with it.
+      {"segvtwo", "SEGVTWO_", {},
+       "plugin SegvTwo (%/segvtwo/libsegvtwo.pi.so): killed by signal 11 (Segmentation fault) "
+       "in GetData"},
+      {"aborter", "ABORTER_", {},
+       "plugin Aborter (%/aborter/libaborter.pi.so): killed by signal 6 (Aborted) in GetData"},
+      {"sleeper", "SLEEPER_", {"--timeout", "2"},
+       "plugin Sleeper (%/sleeper/libsleeper.pi.so): timed out after 2 s in GetData"},
+      {"hanginit", "HANGINIT_", {"--timeout", "2"},
+       "plugin %/hanginit/libhanginit.pi.so: timed out after 2 s while loading"},
+      {"notelf", "NOTELF_", {}, "plugin %/notelf/libnotelf.pi.so: cannot load: invalid ELF header"},
+      {"nodoc", "NODOC_", {},
+       "plugin NoDoc: its specification document %/nodoc/nodoc.properties.xml is missing"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.fPlugin);
+    std::string plugins = PluginDirectory(std::string("plugins-") + row.fPlugin,
+                                          {ZEL_EXAMPLE_PLUGIN_DIR "/hello",
+                                           ZEL_FAULTY_PLUGIN_DIR "/" + std::string(row.fPlugin)});
+    std::string result = TempPath(std::string(row.fPlugin) + ".xml");
+    std::vector<std::string> arguments{"-p", plugins, "--no-bundled", "-f", "xml", "-o", result};
+    arguments.insert(arguments.end(), row.fOptions.begin(), row.fOptions.end());
+    auto start = std::chrono::steady_clock::now();
+    TRun run = Run(arguments);
+    double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    std::string error = row.fError;
+    error.replace(error.find('%'), 1, plugins);
+    EXPECT_EQ(run.fExit, 1);
+    EXPECT_EQ(run.fErr, "zelcollect: " + error + "\n");
+    EXPECT_EQ(run.fOut, ReadAll(result)); // printed what it wrote
+    ExpectComplete(result);
+    TContainer loaded;
+    loaded.PopulateContainerFromFile(result);
+    EXPECT_EQ(Count(loaded, "HELLO_Greeting"), 1u);
+    EXPECT_EQ(run.fOut.find(row.fPrefix), std::string::npos);
+    if (!row.fOptions.empty()) { // the deadline is the plugin's, not much more
+      EXPECT_GE(seconds, 2.0);
+      EXPECT_LT(seconds, 5.0);
+    }
+  }
+}
+
+TEST_F(ZelCollectTest, EveryFaultyPluginAtOnceLeavesTheBundledInventoryWhole) {
+  std::vector<std::string> faulty;
+  for (const char* plugin : {"segv", "segvtwo", "aborter", "notelf", "nodoc"})
+    faulty.push_back(ZEL_FAULTY_PLUGIN_DIR "/" + std::string(plugin));
+  std::string plugins = PluginDirectory("plugins", faulty);
+  TRun run = Run({"-p", plugins, "-o", "all.xml"});
+  EXPECT_EQ(run.fExit, 1);
+  // In load order, then in the order the collection met them; each once.
+  EXPECT_EQ(run.fErr,
+            "zelcollect: plugin NoDoc: its specification document " + plugins +
+                "/nodoc/nodoc.properties.xml is missing\n"
+            "zelcollect: plugin " + plugins + "/notelf/libnotelf.pi.so: cannot load: invalid ELF header\n"
+            "zelcollect: plugin Aborter (" + plugins +
+                "/aborter/libaborter.pi.so): killed by signal 6 (Aborted) in GetData\n"
+            "zelcollect: plugin Segv (" + plugins +
+                "/segv/libsegv.pi.so): killed by signal 11 (Segmentation fault) in GetData\n"
+            "zelcollect: plugin SegvTwo (" + plugins +
+                "/segvtwo/libsegvtwo.pi.so): killed by signal 11 (Segmentation fault) in GetData\n");
+  ExpectComplete(TempPath("all.xml"));
+  TContainer loaded;
+  loaded.PopulateContainerFromFile(TempPath("all.xml"));
+  for (const char* cls : {"KAPLA_ComputerSystem", "KAPLA_OperatingSystem", "KAPLA_Processor",
+                          "KAPLA_SystemProcessor", "KAPLA_SoftwarePackage"})
+    EXPECT_GE(Count(loaded, cls), 1u) << cls;
+  EXPECT_TRUE(HasLine(run.fOut, "KAPLA_OperatingSystem  (1 instance, plugin OperatingSystem 1.0.0)"));
+}
