@@ -2,8 +2,8 @@
 // printing and comparison.
 #include "TCIMValue.h"
 
-#include "TCIMValueImpl.h"
-#include "ZelLog.h"
+#include "cim/TCIMValueImpl.h"
+#include "log/ZelLog.h"
 
 #include <ostream>
 #include <sstream>

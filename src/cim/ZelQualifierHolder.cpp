@@ -1,9 +1,9 @@
 // The qualifier map of classes and property declarations: the override rule, lookups.
-#include "ZelQualifierHolder.h"
+#include "cim/ZelQualifierHolder.h"
 
-#include "TCIMQualifierImpl.h"
+#include "cim/TCIMQualifierImpl.h"
 #include "TZELException.h"
-#include "ZelNamedMap.h"
+#include "cim/ZelNamedMap.h"
 
 #include <cassert>
 

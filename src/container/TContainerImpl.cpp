@@ -1,12 +1,12 @@
 // TContainerImpl: name normalisation, the class and qualifier-declaration registries, the
 // root class and the diff state.
-#include "TContainerImpl.h"
+#include "container/TContainerImpl.h"
 
 #include "TCIMClass.h"
-#include "TCIMClassImpl.h"
+#include "cim/TCIMClassImpl.h"
 #include "TCIMQualifierDecl.h"
-#include "ZelLog.h"
-#include "ZelNamedMap.h"
+#include "log/ZelLog.h"
+#include "cim/ZelNamedMap.h"
 
 
 // Enters the very object passed under its normalised name; the map's shared pointer becomes

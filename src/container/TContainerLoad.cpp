@@ -1,11 +1,11 @@
 // Loading a container from a CIM-XML file, plain or gzip: the whole content is read into one
 // buffer and parsed in place.
-#include "TContainerImpl.h"
+#include "container/TContainerImpl.h"
 
 #include "TCIMXMLParser.h"
 #include "TOSSpecific.h"
 #include "TZELException.h"
-#include "ZelLog.h"
+#include "log/ZelLog.h"
 
 #include <boost/shared_array.hpp>
 #include <cstdio>
@@ -75,10 +75,6 @@ static boost::shared_array<char> ReadPlainFile(const std::string& path, unsigned
     throw TZELException(zelStatusFileSystemError);
   buffer[count] = '\0';  // a file that shrank meanwhile ends early
   return buffer;
-}
-
-std::vector<TCIMClass*> TContainer::PopulateContainerFromFile(const std::string& path) {
-  return fBody->PopulateContainerFromFile(path);
 }
 
 std::vector<TCIMClass*> TContainerImpl::PopulateContainerFromFile(const std::string& path) {

@@ -6,7 +6,7 @@
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
 #include "TContainer.h"
-#include "ZelLog.h"
+#include "log/ZelLog.h"
 
 #include <cctype>
 #include <cstring>

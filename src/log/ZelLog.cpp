@@ -1,5 +1,5 @@
 // Internal logging helpers shared by every subsystem.
-#include "ZelLog.h"
+#include "log/ZelLog.h"
 
 #include "TRootObject.h"
 

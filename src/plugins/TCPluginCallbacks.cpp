@@ -7,8 +7,8 @@
 #include "TCIMClass.h"
 #include "TCIMInstance.h"
 #include "TRootObject.h"
-#include "ZelLog.h"
-#include "zeliIOHandle.h"
+#include "log/ZelLog.h"
+#include "plugins/zeliIOHandle.h"
 
 #include <cstring>
 #include <memory>

@@ -9,7 +9,7 @@
 #include "TCIMClass.h"
 #include "TCIMQualifier.h"
 #include "TRootObject.h"
-#include "ZelLog.h"
+#include "log/ZelLog.h"
 
 #include <algorithm>
 #include <exception>

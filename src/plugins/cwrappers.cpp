@@ -1,5 +1,5 @@
 // The exported C functions, in families ordered as in zelcore.h.
-#include "cwrappers.h"
+#include "plugins/cwrappers.h"
 
 #include "ILogger.h"
 #include "IPluginManager.h"
@@ -13,7 +13,7 @@
 #include "TContainer.h"
 #include "TOSSpecific.h"
 #include "TRootObject.h"
-#include "zeliIOHandle.h"
+#include "plugins/zeliIOHandle.h"
 
 #include <cstring>
 #include <new>

@@ -1,5 +1,5 @@
 // zeliIOHandle: the body of the C collection handle.
-#include "zeliIOHandle.h"
+#include "plugins/zeliIOHandle.h"
 
 // The arguments come container first; the fields keep the plugin first.
 zeliIOHandle::zeliIOHandle(TContainer* container, IPlugin* plugin)

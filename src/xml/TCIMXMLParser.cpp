@@ -2,17 +2,17 @@
 // handlers and value conversion, and the document and declaration states.
 #include "TCIMXMLParser.h"
 
-#include "TCIMXMLParserStates.h"
+#include "xml/TCIMXMLParserStates.h"
 
 #include "TCIMClass.h"
 #include "TCIMDateTime.h"
 #include "TCIMPropertyDecl.h"
-#include "TCIMPropertyDeclImpl.h"
+#include "cim/TCIMPropertyDeclImpl.h"
 #include "TCIMQualifier.h"
 #include "TCIMQualifierDecl.h"
 #include "TContainer.h"
 #include "TZELException.h"
-#include "ZelLog.h"
+#include "log/ZelLog.h"
 
 #include <sstream>
 

@@ -1,17 +1,17 @@
 // The states that build classes, instances, property declarations, instance properties and
 // qualifiers, and the object elements that register them.
-#include "TCIMXMLParserStates.h"
+#include "xml/TCIMXMLParserStates.h"
 
 #include "TCIMClass.h"
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
-#include "TCIMPropertyImpl.h"
+#include "cim/TCIMPropertyImpl.h"
 #include "TCIMPropertyDecl.h"
 #include "TCIMQualifier.h"
 #include "TCIMQualifierDecl.h"
 #include "TContainer.h"
 #include "TZELException.h"
-#include "ZelLog.h"
+#include "log/ZelLog.h"
 
 // Element and attribute names are compared as views: the length first, no strlen.
 using namespace std::string_view_literals;

@@ -1,6 +1,6 @@
 // The states that read the leaves of a document: VALUE texts, value lists, references, and
 // the object paths with their key bindings.
-#include "TCIMXMLParserStates.h"
+#include "xml/TCIMXMLParserStates.h"
 
 #include "TCIMClass.h"
 #include "TCIMPropertyDecl.h"

@@ -13,7 +13,7 @@
 #include "TCIMValue.h"
 #include "TContainer.h"
 #include "TZELException.h"
-#include "ZelLog.h"
+#include "log/ZelLog.h"
 
 #include <cstdio>
 #include <limits>
