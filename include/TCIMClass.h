@@ -30,7 +30,8 @@ public:
   /// Abstract, or some declaration has a true KEY: zelStatusInvalidClass otherwise.
   virtual void Validate() const override;
   /// Validates, registers this heap object in the container, links it under its
-  /// superclass and records the classes its references point to.
+  /// superclass and records the classes its references point to. Throws only before the
+  /// container takes the object: after a TZELException the caller still owns it.
   virtual void AddToContainer() const override;
   virtual TContainer& GetContainer() const override;
   virtual void AddQualifier(TCIMQualifier& qualifier) override;

@@ -64,6 +64,7 @@ void TCIMClassImpl::Validate() const {
 
 TContainer& TCIMClassImpl::GetContainer() const { return fContainer; }
 
+// Nothing after AddClass may throw: a caller that catches a failure still owns the class.
 void TCIMClassImpl::AddToContainer() {
   fOwner.Validate();
   fContainer.AddClass(fOwner);

@@ -20,15 +20,6 @@ static const char kSyntaxError[] = "CIM element syntax error";
 static const char kStateCorrupt[] = "Parser state corrupt";
 static const char kPropertyTypeMismatch[] = "Property type != property declaration type";
 
-// Whether a class whose registration failed was taken by the container all the same.
-static bool RegisteredIn(TContainer& container, TCIMClass* cls) {
-  try {
-    return container.FindClass(cls->GetName()) == cls;
-  } catch (TZELException const&) {
-    return false;
-  }
-}
-
 // A NULL value of the type of like, keeping its referenced class and array bound.
 static TCIMValue NullLike(const TCIMValue& like) {
   TCIMValue value(like);
@@ -58,20 +49,16 @@ void TCIMXMLParser::TObjectState::EndElement(TCIMXMLParser& parser, std::string&
   if (!fClass && !fInstance)
     parser.FatalError(kSyntaxError);
   if (fClass) {
-    TCIMClass* cls = fClass;
     try {
-      cls->AddToContainer();
+      fClass->AddToContainer();
+      TCIMClass* added = fClass;
+      fClass = 0;  // the container's from here on
+      if (fCollect)
+        parser.fClassesCollected.push_back(added);
     } catch (TZELException const& e) {
-      if (RegisteredIn(*parser.fContainer, cls))
-        fClass = 0;
+      // A refused class is still this state's, for its destructor to delete.
       if (e.GetCode() != zelStatusAlreadyExists)
         throw;
-      cls = 0;
-    }
-    if (cls) {
-      fClass = 0;
-      if (fCollect)
-        parser.fClassesCollected.push_back(cls);
     }
   }
   if (fInstance) {
