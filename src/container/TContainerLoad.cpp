@@ -6,6 +6,7 @@
 #include "TOSSpecific.h"
 #include "TZELException.h"
 #include "log/ZelLog.h"
+#include "xml/ZelGzipPath.h"
 
 #include <boost/shared_array.hpp>
 #include <cstdio>
@@ -84,8 +85,7 @@ std::vector<TCIMClass*> TContainerImpl::PopulateContainerFromFile(const std::str
   } catch (TZELException const&) {
     throw TZELException(zelStatusFileSystemError);  // missing, or not a file
   }
-  // Anywhere in the path, not only as the suffix: archive.gz.xml is read as gzip too.
-  boost::shared_array<char> buffer = path.rfind(".gz") != std::string::npos
+  boost::shared_array<char> buffer = ZelIsGzipPath(path)
                                          ? ReadGzipFile(path)
                                          : ReadPlainFile(path, static_cast<unsigned long>(size));
   TCIMXMLParser parser(&fOwner);

@@ -20,7 +20,6 @@
 using namespace std::string_view_literals;
 
 static const char kUnexpectedElement[] = "Unexpected element ";
-static const char kStateCorrupt[] = "Parser state corrupt";
 static const char kUnknownCIMVersion[] = "Unknown CIM version";
 static const char kUnknownDTDVersion[] = "Unknown DTD version";
 static const char kExpectedScope[] = "Expected SCOPE element";

@@ -17,7 +17,6 @@
 using namespace std::string_view_literals;
 
 static const char kSyntaxError[] = "CIM element syntax error";
-static const char kStateCorrupt[] = "Parser state corrupt";
 static const char kPropertyTypeMismatch[] = "Property type != property declaration type";
 
 // A NULL value of the type of like, keeping its referenced class and array bound.

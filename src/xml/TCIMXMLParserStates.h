@@ -31,6 +31,9 @@ State& TCIMXMLParser::Push(TAttributeMap& attributes, Args&&... args) {
   return *state;
 }
 
+/// The fatal error of a state that finds the stack or its own phase not as it left them.
+inline constexpr char kStateCorrupt[] = "Parser state corrupt";
+
 /// A property declaration whose "KEY" qualifier is present, not NULL and true.
 bool ZelIsKeyDecl(const TCIMPropertyDecl& decl);
 

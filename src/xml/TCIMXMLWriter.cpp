@@ -14,6 +14,7 @@
 #include "TContainer.h"
 #include "TZELException.h"
 #include "log/ZelLog.h"
+#include "xml/ZelGzipPath.h"
 
 #include <cstdio>
 #include <limits>
@@ -339,7 +340,7 @@ std::string TCIMXMLWriter::Write(const TContainer& container,
 void TCIMXMLWriter::WriteFile(const std::string& path, const TContainer& container,
                               EContent content) {
   std::string document = Write(container, content);
-  if (path.find(".gz") != std::string::npos)
+  if (ZelIsGzipPath(path))
     WriteGzip(path, document);
   else
     WritePlain(path, document);
