@@ -14,6 +14,7 @@
 #include "TContainer.h"
 #include "TZELException.h"
 #include "log/ZelLog.h"
+#include "xml/ZelQualifierAttributes.h"
 
 
 // Element and attribute names are compared as views: the length first, no strlen.
@@ -142,14 +143,8 @@ bool TCIMXMLParser::HandleCIMType(TAttributeMap::const_iterator attribute,
 
 bool TCIMXMLParser::HandleQualifierFlavor(TAttributeMap::const_iterator attribute,
                                           unsigned int& flavor) {
-  unsigned int bit;
-  if (attribute->first == "overridable"sv)
-    bit = TCIMQualifierDecl::eOverridable;
-  else if (attribute->first == "tosubclass"sv)
-    bit = TCIMQualifierDecl::eToSubclass;
-  else if (attribute->first == "translatable"sv)
-    bit = TCIMQualifierDecl::eTranslatable;
-  else
+  unsigned int bit = ZelAttributeBitOf(kFlavorAttributes, attribute->first);
+  if (!bit)
     return false;
   std::string text = attribute->second;
   if (ConvertBool(text))
@@ -397,14 +392,6 @@ void TCIMXMLParser::TStateQualifierDeclaration::EndElement(TCIMXMLParser& parser
 // <!ATTLIST SCOPE CLASS ASSOCIATION REFERENCE PROPERTY METHOD PARAMETER INDICATION (true|false)>
 void TCIMXMLParser::TStateScope::HandleAttrs(TCIMXMLParser&, TAttributeMap& attributes) {
   // Presence alone sets the bit, on purpose: CLASS="false" still scopes to classes.
-  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a) {
-    if (a->first == "class"sv)
-      fScope |= TCIMQualifierDecl::eClass;
-    else if (a->first == "association"sv)
-      fScope |= TCIMQualifierDecl::eAssociation;
-    else if (a->first == "property"sv)
-      fScope |= TCIMQualifierDecl::eProperty;
-    else if (a->first == "reference"sv)
-      fScope |= TCIMQualifierDecl::eReference;
-  }
+  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a)
+    fScope |= ZelAttributeBitOf(kScopeAttributes, a->first);
 }
