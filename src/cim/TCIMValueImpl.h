@@ -75,8 +75,6 @@ public:
   bool operator==(TCIMValue const& other) const override;
   bool operator<(TCIMValue const& other) const override;
 
-  TCIMValue::TCIMType::ECIMType GetNumericType() const { return fType; }
-
 private:
   union TStorage {
     bool fBoolean;
@@ -103,8 +101,6 @@ public:
   std::string ToString(unsigned char radix) const override;
   bool operator==(TCIMValue const& other) const override;
   bool operator<(TCIMValue const& other) const override;
-
-  std::string const& GetString() const { return fValue; }
 
 private:
   std::string fValue;
