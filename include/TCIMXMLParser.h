@@ -66,8 +66,10 @@ public:
 
 private:
 #define CIMXML_STATE(element, State) class State;
+#define CIMXML_STATE_NOT_PUSHED(element, State) class State;
 #include "TCIMXMLParser.def"
 #undef CIMXML_STATE
+#undef CIMXML_STATE_NOT_PUSHED
   class TObjectState;        // VALUE.OBJECT family and IPARAMVALUE: one class or instance
   class TPropertyDeclState;  // PROPERTY* in a CLASS
   class TPropertyState;      // PROPERTY* in an INSTANCE

@@ -1,4 +1,4 @@
-// The parse states of TCIMXMLParser, one class per element of the table in
+// The parse states of TCIMXMLParser, one class per row of
 // TCIMXMLParser.def, and the helpers they share.
 #ifndef TCIMXMLPARSERSTATES_H
 #define TCIMXMLPARSERSTATES_H
