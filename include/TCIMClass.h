@@ -28,15 +28,16 @@ public:
   virtual ~TCIMClass();
 
   /// Abstract, or some declaration has a true KEY: zelStatusInvalidClass otherwise.
-  virtual void Validate() const;
+  virtual void Validate() const override;
   /// Validates, registers this heap object in the container, links it under its
-  /// superclass and records the classes its references point to.
-  virtual void AddToContainer() const;
-  virtual TContainer& GetContainer() const;
-  virtual void AddQualifier(TCIMQualifier& qualifier);
-  virtual TCIMQualifier& GetQualifier(const std::string& name) const;
-  virtual std::vector<TCIMQualifier*> EnumerateQualifiers() const;
-  virtual void RemoveQualifier(TCIMQualifier& qualifier);
+  /// superclass and records the classes its references point to. Throws only before the
+  /// container takes the object: after a TZELException the caller still owns it.
+  virtual void AddToContainer() const override;
+  virtual TContainer& GetContainer() const override;
+  virtual void AddQualifier(TCIMQualifier& qualifier) override;
+  virtual TCIMQualifier& GetQualifier(const std::string& name) const override;
+  virtual std::vector<TCIMQualifier*> EnumerateQualifiers() const override;
+  virtual void RemoveQualifier(TCIMQualifier& qualifier) override;
 
   const std::string& GetName() const;
   /// Never null except for the root class itself.

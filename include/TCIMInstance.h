@@ -28,10 +28,10 @@ public:
   virtual ~TCIMInstance();
 
   /// Outside a diff container every key must be non-NULL: zelStatusInvalidInstance.
-  virtual void Validate() const;
+  virtual void Validate() const override;
   /// Validates, then hands this heap object to its class, which owns it from then on.
-  virtual void AddToContainer() const;
-  virtual TContainer& GetContainer() const;
+  virtual void AddToContainer() const override;
+  virtual TContainer& GetContainer() const override;
   TCIMClass& GetClass() const;
 
   /// Replaces the property of that name with a deep copy.

@@ -23,10 +23,10 @@ public:
   TCIMPropertyDecl(TCIMPropertyDecl& other, TCIMClass& cls);
   virtual ~TCIMPropertyDecl();
 
-  virtual void AddQualifier(TCIMQualifier& qualifier);
-  virtual TCIMQualifier& GetQualifier(const std::string& name) const;
-  virtual std::vector<TCIMQualifier*> EnumerateQualifiers() const;
-  virtual void RemoveQualifier(TCIMQualifier& qualifier);
+  virtual void AddQualifier(TCIMQualifier& qualifier) override;
+  virtual TCIMQualifier& GetQualifier(const std::string& name) const override;
+  virtual std::vector<TCIMQualifier*> EnumerateQualifiers() const override;
+  virtual void RemoveQualifier(TCIMQualifier& qualifier) override;
   /// Null when absent.
   TCIMQualifier* FindQualifier(const std::string& name) const;
 

@@ -26,15 +26,16 @@ public:
   explicit TCIMXMLParser(TContainer* container);
   virtual ~TCIMXMLParser();
 
-  virtual void StartElement(const char* name, std::map<std::string, std::string>& attributes);
-  virtual void EndElement(const char* name);
+  virtual void StartElement(const char* name,
+                            std::map<std::string, std::string>& attributes) override;
+  virtual void EndElement(const char* name) override;
   /// Ignored.
-  virtual void processingInstruction(const char* target, const char* data);
-  virtual void characters(const char* text, unsigned int length);
+  virtual void processingInstruction(const char* target, const char* data) override;
+  virtual void characters(const char* text, unsigned int length) override;
   /// Ignored.
-  virtual void notationDecl(const char* name, const char* publicId, const char* systemId);
+  virtual void notationDecl(const char* name, const char* publicId, const char* systemId) override;
   /// Logs "CIM-XML Parser line N:message", throws zelStatusInvalidSpecificationDocument.
-  [[noreturn]] virtual void FatalError(const char* message);
+  [[noreturn]] virtual void FatalError(const char* message) override;
 
   /// Relaxes the instance property type checks: mismatching values are dropped silently.
   void SetUX402Mode();
@@ -65,8 +66,10 @@ public:
 
 private:
 #define CIMXML_STATE(element, State) class State;
+#define CIMXML_STATE_NOT_PUSHED(element, State) class State;
 #include "TCIMXMLParser.def"
 #undef CIMXML_STATE
+#undef CIMXML_STATE_NOT_PUSHED
   class TObjectState;        // VALUE.OBJECT family and IPARAMVALUE: one class or instance
   class TPropertyDeclState;  // PROPERTY* in a CLASS
   class TPropertyState;      // PROPERTY* in an INSTANCE

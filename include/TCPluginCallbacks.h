@@ -17,18 +17,18 @@ public:
   explicit TCPluginCallbacks(zelPluginCallbacks* callbacks);
   virtual ~TCPluginCallbacks();
 
-  virtual int GetType();
-  virtual std::string GetName();
-  virtual std::string GetVersion();
-  virtual std::string GetInterfaceVersion();
+  virtual int GetType() override;
+  virtual std::string GetName() override;
+  virtual std::string GetVersion() override;
+  virtual std::string GetInterfaceVersion() override;
   /// On success deletes this object; on failure it survives and may be retried.
-  virtual void PrepareForUnload();
+  virtual void PrepareForUnload() override;
   /// Copies the plugin's path first, then calls the C Init.
-  virtual void Init();
-  virtual void DeInit();
-  virtual int GetURLType();
+  virtual void Init() override;
+  virtual void DeInit() override;
+  virtual int GetURLType() override;
   /// Commits the instance left open when the C GetData succeeds, drops it otherwise.
-  virtual void GetData(TContainer* container, std::vector<TCIMClass*>& classes);
+  virtual void GetData(TContainer* container, std::vector<TCIMClass*>& classes) override;
 
   /// The plugin manager's handle for this plugin.
   IPlugin* GetPluginHandle();

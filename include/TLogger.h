@@ -17,14 +17,14 @@ public:
 
   virtual ~TLogger();
   virtual void OutputLogEntry(IPlugin const* plugin, zelLogSeverity severity,
-                              std::string const& text);
+                              std::string const& text) override;
   virtual void OutputLogEntry(IPlugin const* plugin, zelLogSeverity severity, void const* data,
-                              int size);
-  virtual std::list<TLogEntry>& GetLog();
-  virtual void ClearLog();
-  virtual void SetLogThreshold(zelLogSeverity threshold);
-  virtual zelLogSeverity GetLogThreshold();
-  virtual void SetLogFilename(std::string name);
+                              int size) override;
+  virtual std::list<TLogEntry>& GetLog() override;
+  virtual void ClearLog() override;
+  virtual void SetLogThreshold(zelLogSeverity threshold) override;
+  virtual zelLogSeverity GetLogThreshold() override;
+  virtual void SetLogFilename(std::string name) override;
 
   static TLogger* fgInstance;
 

@@ -22,15 +22,15 @@ public:
   public:
     explicit TPlugin(IPluginCallbacks* callbacks);
     virtual ~TPlugin();
-    virtual IPluginCallbacks* GetCallbacks() const;
+    virtual IPluginCallbacks* GetCallbacks() const override;
     /// Calls the plugin's Init; initialized only when it returns.
-    virtual void Initialize();
-    virtual bool IsInitialized() const;
-    virtual std::string GetPath() const;
+    virtual void Initialize() override;
+    virtual bool IsInitialized() const override;
+    virtual std::string GetPath() const override;
     /// zelStatusFail for a path without ".pi.so" or "lib".
-    virtual std::string GetSpecificationPath() const;
+    virtual std::string GetSpecificationPath() const override;
     /// zelStatusFail while the list is empty.
-    virtual std::vector<TCIMClass*> GetClassesCollected() const;
+    virtual std::vector<TCIMClass*> GetClassesCollected() const override;
 
     void SetPath(std::string path);
     /// Reads the document into the manager's schema and stamps its classes with
@@ -51,12 +51,12 @@ public:
   static TPluginManager* GetInstance();
 
   virtual ~TPluginManager();
-  virtual void FindAndLoadPlugins();
-  virtual void LoadPlugin(std::string path);
-  virtual IPlugin* RegisterPlugin(IPluginCallbacks* callbacks);
-  virtual std::list<boost::shared_ptr<IPlugin> >& GetPluginsContainer();
-  virtual IPlugin* SearchForPluginByName(std::string name);
-  virtual TContainer* GetSchema();
+  virtual void FindAndLoadPlugins() override;
+  virtual void LoadPlugin(std::string path) override;
+  virtual IPlugin* RegisterPlugin(IPluginCallbacks* callbacks) override;
+  virtual std::list<boost::shared_ptr<IPlugin> >& GetPluginsContainer() override;
+  virtual IPlugin* SearchForPluginByName(std::string name) override;
+  virtual TContainer* GetSchema() override;
 
   std::string GetPluginManagerPath();
   /// Takes over the plugins registered during the load of path.

@@ -17,9 +17,9 @@ public:
   static TQueryManager* GetInstance();
 
   virtual ~TQueryManager();
-  virtual void RunQuery(TContainer* container, std::vector<std::string> classNames);
+  virtual void RunQuery(TContainer* container, std::vector<std::string> classNames) override;
   virtual void EnumerateInstances(IPlugin* plugin, TContainer* container,
-                                  std::vector<std::string> classNames, bool associations);
+                                  std::vector<std::string> classNames, bool associations) override;
 
   /// One pass over the plugins of type 0, in registration order.
   void RunAllPlugins(TContainer* container, std::vector<std::string> classNames,

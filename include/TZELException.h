@@ -11,7 +11,7 @@ public:
   explicit TZELException(zelStatusCode code);
   virtual ~TZELException() throw();
   /// The code's name, e.g. "zelStatusInvalidDateTime".
-  virtual const char* what() const throw();
+  virtual const char* what() const throw() override;
 
   zelStatusCode GetCode() const { return fCode; }
 

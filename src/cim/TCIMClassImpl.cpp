@@ -1,14 +1,14 @@
 // TCIMClassImpl: inheritance, the override rules, keys, associations and instances.
-#include "TCIMClassImpl.h"
+#include "cim/TCIMClassImpl.h"
 
 #include "TCIMInstance.h"
-#include "TCIMInstanceImpl.h"
+#include "cim/TCIMInstanceImpl.h"
 #include "TCIMPropertyDecl.h"
-#include "TCIMPropertyDeclImpl.h"
+#include "cim/TCIMPropertyDeclImpl.h"
 #include "TCIMReference.h"
 #include "TContainer.h"
-#include "ZelLog.h"
-#include "ZelNamedMap.h"
+#include "log/ZelLog.h"
+#include "cim/ZelNamedMap.h"
 
 #include <algorithm>
 
@@ -64,6 +64,7 @@ void TCIMClassImpl::Validate() const {
 
 TContainer& TCIMClassImpl::GetContainer() const { return fContainer; }
 
+// Nothing after AddClass may throw: a caller that catches a failure still owns the class.
 void TCIMClassImpl::AddToContainer() {
   fOwner.Validate();
   fContainer.AddClass(fOwner);

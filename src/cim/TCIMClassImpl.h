@@ -4,8 +4,8 @@
 #define TCIMCLASSIMPL_H
 
 #include "TCIMClass.h"
-#include "TCIMElementImpl.h"
-#include "ZelQualifierHolder.h"
+#include "cim/TCIMElementImpl.h"
+#include "cim/ZelQualifierHolder.h"
 
 #include <boost/shared_ptr.hpp>
 #include <map>
@@ -29,8 +29,8 @@ public:
   TCIMClassImpl(TCIMClass& owner, TContainer& container, const std::string& name,
                 TCIMClass* superclass);
   virtual ~TCIMClassImpl();
-  virtual void Validate() const;
-  virtual TContainer& GetContainer() const;
+  void Validate() const override;
+  TContainer& GetContainer() const override;
 
   void AddToContainer();
   const std::string& GetName() const { return fName; }

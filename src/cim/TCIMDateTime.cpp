@@ -1,7 +1,7 @@
 // TCIMDateTime: forwards to its body; copies clone the body.
 #include "TCIMDateTime.h"
 
-#include "TCIMDateTimeImpl.h"
+#include "cim/TCIMDateTimeImpl.h"
 #include "TZELException.h"
 
 #include <boost/make_shared.hpp>

@@ -1,6 +1,6 @@
 // TCIMDateTimeImpl: the 25-character CIM datetime form, validation through the platform's
 // local-time conversion, the readable forms, comparison and arithmetic in microseconds.
-#include "TCIMDateTimeImpl.h"
+#include "cim/TCIMDateTimeImpl.h"
 
 #include "TZELException.h"
 

@@ -1,17 +1,17 @@
 // TCIMInstanceImpl: the properties of an instance, its key validation, path and
 // association lookups.
-#include "TCIMInstanceImpl.h"
+#include "cim/TCIMInstanceImpl.h"
 
 #include "TCIMClass.h"
-#include "TCIMClassImpl.h"
+#include "cim/TCIMClassImpl.h"
 #include "TCIMPropertyDecl.h"
-#include "TCIMPropertyDeclImpl.h"
-#include "TCIMPropertyImpl.h"
-#include "TCIMReferenceImpl.h"
+#include "cim/TCIMPropertyDeclImpl.h"
+#include "cim/TCIMPropertyImpl.h"
+#include "cim/TCIMReferenceImpl.h"
 #include "TContainer.h"
-#include "TContainerImpl.h"
+#include "container/TContainerImpl.h"
 #include "TOSSpecific.h"
-#include "ZelLog.h"
+#include "log/ZelLog.h"
 
 #include <functional>
 #include <tuple>

@@ -2,7 +2,7 @@
 #ifndef TCIMINSTANCEIMPL_H
 #define TCIMINSTANCEIMPL_H
 
-#include "TCIMElementImpl.h"
+#include "cim/TCIMElementImpl.h"
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
 
@@ -20,8 +20,8 @@ public:
 
   TCIMInstanceImpl(TCIMInstance& owner, TCIMClass* cls);
   virtual ~TCIMInstanceImpl();
-  virtual void Validate() const;
-  virtual TContainer& GetContainer() const;
+  void Validate() const override;
+  TContainer& GetContainer() const override;
 
   void AddToContainer();
   TCIMClass& GetClass() const { return *fClass; }

@@ -1,7 +1,7 @@
 // TCIMProperty: one-line forwards to the body it owns alone.
 #include "TCIMProperty.h"
 
-#include "TCIMPropertyImpl.h"
+#include "cim/TCIMPropertyImpl.h"
 
 #include "TCIMPropertyDecl.h"
 

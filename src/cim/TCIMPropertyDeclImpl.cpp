@@ -1,5 +1,5 @@
 // TCIMPropertyDeclImpl: a declaration's state; its class decides acceptance.
-#include "TCIMPropertyDeclImpl.h"
+#include "cim/TCIMPropertyDeclImpl.h"
 
 #include "TCIMClass.h"
 

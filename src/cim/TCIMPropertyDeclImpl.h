@@ -4,7 +4,7 @@
 
 #include "TCIMPropertyDecl.h"
 #include "TCIMValue.h"
-#include "ZelQualifierHolder.h"
+#include "cim/ZelQualifierHolder.h"
 
 #include <string>
 

@@ -1,9 +1,9 @@
 // TCIMPropertyImpl: own and previous values, checked against the declaration.
-#include "TCIMPropertyImpl.h"
+#include "cim/TCIMPropertyImpl.h"
 
 #include "TCIMClass.h"
 #include "TCIMPropertyDecl.h"
-#include "ZelLog.h"
+#include "log/ZelLog.h"
 
 #include <sstream>
 #include <utility>

@@ -1,11 +1,11 @@
 // Display forms of a property's value: the NULL text, the number base, units with metric
 // prefixes, durations, and value maps, all driven by the declaration's qualifiers.
-#include "TCIMPropertyImpl.h"
+#include "cim/TCIMPropertyImpl.h"
 
 #include "TCIMDateTime.h"
 #include "TCIMPropertyDecl.h"
 #include "TCIMQualifier.h"
-#include "ZelLog.h"
+#include "log/ZelLog.h"
 
 #include <cerrno>
 #include <cstdlib>

@@ -1,17 +1,16 @@
 // TCIMQualifier: one-line forwards to the body; copies make a new body.
 #include "TCIMQualifier.h"
 
-#include "TCIMQualifierImpl.h"
-#include "ZelNamedMap.h"
+#include "cim/TCIMQualifierImpl.h"
+#include "cim/ZelNamedMap.h"
 
 #include <boost/make_shared.hpp>
 
-typedef TCIMQualifierDecl D;
-
-TCIMQualifier::TCIMQualifier(const D& decl, const TCIMValue& value)
+TCIMQualifier::TCIMQualifier(const TCIMQualifierDecl& decl, const TCIMValue& value)
     : fBody(boost::make_shared<TCIMQualifierImpl>(decl, value, decl.GetFlavor(), false)) {}
 
-TCIMQualifier::TCIMQualifier(const D& decl, const TCIMValue& value, D::EFlavor flavor)
+TCIMQualifier::TCIMQualifier(const TCIMQualifierDecl& decl, const TCIMValue& value,
+                             TCIMQualifierDecl::EFlavor flavor)
     : fBody(boost::make_shared<TCIMQualifierImpl>(decl, value, flavor, false)) {}
 
 TCIMQualifier::TCIMQualifier(const TCIMQualifier& other)
@@ -26,12 +25,12 @@ TCIMQualifier& TCIMQualifier::operator=(const TCIMQualifier& other) {
 const std::string& TCIMQualifier::GetName() const { return GetDeclaration().GetName(); }
 TCIMValue::TCIMType TCIMQualifier::GetType() const { return fBody->GetValue().GetType(); }
 bool TCIMQualifier::IsArray() const { return fBody->GetValue().IsArray(); }
-const D& TCIMQualifier::GetDeclaration() const { return fBody->GetDeclaration(); }
+const TCIMQualifierDecl& TCIMQualifier::GetDeclaration() const { return fBody->GetDeclaration(); }
 TCIMValue TCIMQualifier::GetValue() const { return fBody->GetValue(); }
 void TCIMQualifier::SetValue(const TCIMValue& value) { fBody->SetValue(value); }
-void TCIMQualifier::SetFlavor(D::EFlavor flavor) { fBody->SetFlavor(flavor); }
-void TCIMQualifier::UnsetFlavor(D::EFlavor flavor) { fBody->UnsetFlavor(flavor); }
-D::EFlavor TCIMQualifier::GetFlavor() const { return fBody->GetFlavor(); }
+void TCIMQualifier::SetFlavor(TCIMQualifierDecl::EFlavor flavor) { fBody->SetFlavor(flavor); }
+void TCIMQualifier::UnsetFlavor(TCIMQualifierDecl::EFlavor flavor) { fBody->UnsetFlavor(flavor); }
+TCIMQualifierDecl::EFlavor TCIMQualifier::GetFlavor() const { return fBody->GetFlavor(); }
 bool TCIMQualifier::GetPropagated() const { return fBody->GetPropagated(); }
 void TCIMQualifier::SetPropagated(bool propagated) { fBody->SetPropagated(propagated); }
 

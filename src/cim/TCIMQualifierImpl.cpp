@@ -1,10 +1,8 @@
 // TCIMQualifierImpl: a qualifier's state. Every change makes it the holder's own.
-#include "TCIMQualifierImpl.h"
+#include "cim/TCIMQualifierImpl.h"
 
-typedef TCIMQualifierDecl D;
-
-TCIMQualifierImpl::TCIMQualifierImpl(const D& decl, const TCIMValue& value, D::EFlavor flavor,
-                                     bool propagated)
+TCIMQualifierImpl::TCIMQualifierImpl(const TCIMQualifierDecl& decl, const TCIMValue& value,
+                                     TCIMQualifierDecl::EFlavor flavor, bool propagated)
     : fDeclaration(decl), fValue(value), fFlavor(flavor), fPropagated(propagated) {}
 
 void TCIMQualifierImpl::SetValue(const TCIMValue& value) {
@@ -12,14 +10,16 @@ void TCIMQualifierImpl::SetValue(const TCIMValue& value) {
   fPropagated = false;
 }
 
-void TCIMQualifierImpl::SetFlavor(D::EFlavor flavor) {
+void TCIMQualifierImpl::SetFlavor(TCIMQualifierDecl::EFlavor flavor) {
   fFlavor |= flavor;
   fPropagated = false;
 }
 
-void TCIMQualifierImpl::UnsetFlavor(D::EFlavor flavor) {
+void TCIMQualifierImpl::UnsetFlavor(TCIMQualifierDecl::EFlavor flavor) {
   fFlavor &= ~flavor;
   fPropagated = false;
 }
 
-D::EFlavor TCIMQualifierImpl::GetFlavor() const { return static_cast<D::EFlavor>(fFlavor); }
+TCIMQualifierDecl::EFlavor TCIMQualifierImpl::GetFlavor() const {
+  return static_cast<TCIMQualifierDecl::EFlavor>(fFlavor);
+}

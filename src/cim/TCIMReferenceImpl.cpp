@@ -1,12 +1,12 @@
 // TCIMReferenceImpl: building an object path by fields, its text, resolution and order.
-#include "TCIMReferenceImpl.h"
+#include "cim/TCIMReferenceImpl.h"
 
 #include "TCIMClass.h"
 #include "TCIMInstance.h"
 #include "TCIMPropertyDecl.h"
-#include "TCIMPropertyDeclImpl.h"
+#include "cim/TCIMPropertyDeclImpl.h"
 #include "TContainer.h"
-#include "ZelLog.h"
+#include "log/ZelLog.h"
 
 #include <functional>
 

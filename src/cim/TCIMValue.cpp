@@ -2,11 +2,11 @@
 // printing and comparison.
 #include "TCIMValue.h"
 
-#include "TCIMValueImpl.h"
-#include "ZelLog.h"
+#include "cim/TCIMValueImpl.h"
+#include "cim/ZelText.h"
+#include "log/ZelLog.h"
 
 #include <ostream>
-#include <sstream>
 #include <string_view>
 
 typedef TCIMValue::TCIMType T;
@@ -23,25 +23,12 @@ static const T::ECIMType kNamedTypes[] = {T::kUint8,  T::kSint8,  T::kUint16,  T
                                           T::kReal32, T::kReal64, T::kString,  T::kBoolean,
                                           T::kDateTime};
 
-// Reads one number with stream extraction; trailing text is ignored, failures leave 0.
-template <class Native>
-static Native ExtractNumber(std::string const& text) {
-  std::istringstream in(text);
-  Native value = Native();
-  in >> value;
-  return value;
-}
-
 // ---- TCIMValue::TCIMType -------------------------------------------------------------------
 
 T::TCIMType(ECIMType type) : fType(type) {}
 
 T::TCIMType(std::string name) : fType(kNull) {
-  // ASCII, as tolower does in the default locale, without a call per byte: every typed
-  // attribute of a document comes through here.
-  for (std::string::iterator c = name.begin(); c != name.end(); ++c)
-    if (*c >= 'A' && *c <= 'Z')
-      *c = static_cast<char>(*c - 'A' + 'a');
+  ZelAsciiLowerInPlace(name);  // every typed attribute of a document comes through here
   for (ECIMType candidate : kNamedTypes) {
     if (std::string_view(name) == kTypeNames[candidate]) {
       fType = candidate;
@@ -131,42 +118,38 @@ TCIMValue::TCIMValue(TCIMType type, unsigned int size, std::vector<TCIMValue> co
 TCIMValue::TCIMValue(TCIMType type, std::string& text, TContainer& container)
     : fType(T::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
   switch (static_cast<T::ECIMType>(type)) {
-  case T::kBoolean: {
-    std::istringstream in(text);
-    bool value = false;
-    in >> std::boolalpha >> value;
-    Set(value);
+  case T::kBoolean:
+    Set(ZelReadBool(text));
     break;
-  }
   case T::kUint8: // Read wide, then truncated to 8 bits.
-    Set(static_cast<unsigned char>(ExtractNumber<unsigned int>(text)));
+    Set(static_cast<unsigned char>(ZelReadNumber<unsigned int>(text)));
     break;
   case T::kSint8:
-    Set(static_cast<signed char>(ExtractNumber<int>(text)));
+    Set(static_cast<signed char>(ZelReadNumber<int>(text)));
     break;
   case T::kUint16:
-    Set(ExtractNumber<unsigned short>(text));
+    Set(ZelReadNumber<unsigned short>(text));
     break;
   case T::kSint16:
-    Set(ExtractNumber<short>(text));
+    Set(ZelReadNumber<short>(text));
     break;
   case T::kUint32:
-    Set(ExtractNumber<unsigned int>(text));
+    Set(ZelReadNumber<unsigned int>(text));
     break;
   case T::kSint32:
-    Set(ExtractNumber<int>(text));
+    Set(ZelReadNumber<int>(text));
     break;
   case T::kUint64:
-    Set(ExtractNumber<unsigned long>(text));
+    Set(ZelReadNumber<unsigned long>(text));
     break;
   case T::kSint64:
-    Set(ExtractNumber<long>(text));
+    Set(ZelReadNumber<long>(text));
     break;
   case T::kReal32:
-    Set(ExtractNumber<float>(text));
+    Set(ZelReadNumber<float>(text));
     break;
   case T::kReal64:
-    Set(ExtractNumber<double>(text));
+    Set(ZelReadNumber<double>(text));
     break;
   case T::kString:
     Set(text);

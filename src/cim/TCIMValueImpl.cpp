@@ -1,5 +1,5 @@
 // The value bodies: strict native conversions, printing, equality and ordering.
-#include "TCIMValueImpl.h"
+#include "cim/TCIMValueImpl.h"
 
 #include "TZELException.h"
 

@@ -60,22 +60,20 @@ public:
   explicit TCIMNumericValueImpl(double value);
   TCIMNumericValueImpl(TCIMNumericValueImpl const& other);
 
-  virtual operator bool() const;
-  virtual operator unsigned char() const;
-  virtual operator signed char() const;
-  virtual operator unsigned short() const;
-  virtual operator short() const;
-  virtual operator unsigned int() const;
-  virtual operator int() const;
-  virtual operator unsigned long() const;
-  virtual operator long() const;
-  virtual operator float() const;
-  virtual operator double() const;
-  virtual std::string ToString(unsigned char radix) const;
-  virtual bool operator==(TCIMValue const& other) const;
-  virtual bool operator<(TCIMValue const& other) const;
-
-  TCIMValue::TCIMType::ECIMType GetNumericType() const { return fType; }
+  operator bool() const override;
+  operator unsigned char() const override;
+  operator signed char() const override;
+  operator unsigned short() const override;
+  operator short() const override;
+  operator unsigned int() const override;
+  operator int() const override;
+  operator unsigned long() const override;
+  operator long() const override;
+  operator float() const override;
+  operator double() const override;
+  std::string ToString(unsigned char radix) const override;
+  bool operator==(TCIMValue const& other) const override;
+  bool operator<(TCIMValue const& other) const override;
 
 private:
   union TStorage {
@@ -99,12 +97,10 @@ private:
 class TCIMStringValueImpl : public TCIMValueImpl {
 public:
   explicit TCIMStringValueImpl(std::string const& value) : fValue(value) {}
-  virtual operator std::string() const;
-  virtual std::string ToString(unsigned char radix) const;
-  virtual bool operator==(TCIMValue const& other) const;
-  virtual bool operator<(TCIMValue const& other) const;
-
-  std::string const& GetString() const { return fValue; }
+  operator std::string() const override;
+  std::string ToString(unsigned char radix) const override;
+  bool operator==(TCIMValue const& other) const override;
+  bool operator<(TCIMValue const& other) const override;
 
 private:
   std::string fValue;
@@ -113,10 +109,10 @@ private:
 class TCIMDateTimeValueImpl : public TCIMValueImpl {
 public:
   explicit TCIMDateTimeValueImpl(TCIMDateTime const& value) : fValue(value) {}
-  virtual operator TCIMDateTime() const;
-  virtual std::string ToString(unsigned char radix) const;
-  virtual bool operator==(TCIMValue const& other) const;
-  virtual bool operator<(TCIMValue const& other) const;
+  operator TCIMDateTime() const override;
+  std::string ToString(unsigned char radix) const override;
+  bool operator==(TCIMValue const& other) const override;
+  bool operator<(TCIMValue const& other) const override;
 
 private:
   TCIMDateTime fValue;
@@ -125,10 +121,10 @@ private:
 class TCIMReferenceValueImpl : public TCIMValueImpl {
 public:
   explicit TCIMReferenceValueImpl(TCIMReference const& value) : fValue(value) {}
-  virtual operator TCIMReference() const;
-  virtual std::string ToString(unsigned char radix) const;
-  virtual bool operator==(TCIMValue const& other) const;
-  virtual bool operator<(TCIMValue const& other) const;
+  operator TCIMReference() const override;
+  std::string ToString(unsigned char radix) const override;
+  bool operator==(TCIMValue const& other) const override;
+  bool operator<(TCIMValue const& other) const override;
 
 private:
   TCIMReference fValue;
@@ -137,10 +133,10 @@ private:
 class TCIMArrayValueImpl : public TCIMValueImpl {
 public:
   explicit TCIMArrayValueImpl(std::vector<TCIMValue> const& elements) : fElements(elements) {}
-  virtual operator std::vector<TCIMValue>&();
-  virtual std::string ToString(unsigned char radix) const;
-  virtual bool operator==(TCIMValue const& other) const;
-  virtual bool operator<(TCIMValue const& other) const;
+  operator std::vector<TCIMValue>&() override;
+  std::string ToString(unsigned char radix) const override;
+  bool operator==(TCIMValue const& other) const override;
+  bool operator<(TCIMValue const& other) const override;
 
   std::vector<TCIMValue> const& GetElements() const { return fElements; }
 

@@ -3,7 +3,7 @@
 #ifndef ZELNAMEDMAP_H
 #define ZELNAMEDMAP_H
 
-#include "TContainerImpl.h"
+#include "container/TContainerImpl.h"
 
 #include <string>
 #include <utility>

@@ -1,9 +1,9 @@
 // The qualifier map of classes and property declarations: the override rule, lookups.
-#include "ZelQualifierHolder.h"
+#include "cim/ZelQualifierHolder.h"
 
-#include "TCIMQualifierImpl.h"
+#include "cim/TCIMQualifierImpl.h"
 #include "TZELException.h"
-#include "ZelNamedMap.h"
+#include "cim/ZelNamedMap.h"
 
 #include <cassert>
 
@@ -52,11 +52,15 @@ void ZelRemoveQualifier(TQualifierMap& qualifiers, TCIMQualifier& qualifier) {
   qualifiers.erase(found.first);
 }
 
-bool ZelQualifierIsTrue(TQualifierMap const& qualifiers, std::string const& normalName) {
-  TQualifierMap::const_iterator it = qualifiers.find(normalName);
-  if (it == qualifiers.end())
+bool ZelQualifierIsTrue(TCIMQualifier const* qualifier) {
+  if (!qualifier)
     return false;
-  const TCIMValue& value = it->second->GetBody()->GetValue();  // read in place, not copied
+  const TCIMValue& value = qualifier->GetBody()->GetValue();  // read in place, not copied
   return !value.IsNull() && value.GetType() == TCIMValue::TCIMType::kBoolean &&
          static_cast<bool>(value);
+}
+
+bool ZelQualifierIsTrue(TQualifierMap const& qualifiers, std::string const& normalName) {
+  TQualifierMap::const_iterator it = qualifiers.find(normalName);
+  return ZelQualifierIsTrue(it == qualifiers.end() ? 0 : it->second.get());
 }

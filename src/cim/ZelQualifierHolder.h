@@ -22,8 +22,10 @@ TCIMQualifier* ZelFindQualifier(TQualifierMap const& qualifiers, std::string con
 std::vector<TCIMQualifier*> ZelEnumerateQualifiers(TQualifierMap const& qualifiers);
 /// Deletes the held qualifier of that name; zelStatusNotFound when absent.
 void ZelRemoveQualifier(TQualifierMap& qualifiers, TCIMQualifier& qualifier);
-/// True when the qualifier exists and holds a non-NULL boolean true. The name is given
-/// normalised ("key"): these tests run for every key of every instance.
+/// True when the qualifier exists and holds a non-NULL boolean true.
+bool ZelQualifierIsTrue(TCIMQualifier const* qualifier);
+/// The same by name, given normalised ("key"): these tests run for every key of every
+/// instance.
 bool ZelQualifierIsTrue(TQualifierMap const& qualifiers, std::string const& normalName);
 
 #endif

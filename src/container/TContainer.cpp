@@ -3,7 +3,7 @@
 
 #include "TCIMClass.h"
 #include "TCIMInstance.h"
-#include "TContainerImpl.h"
+#include "container/TContainerImpl.h"
 
 TContainer::TContainer() : fBody(new TContainerImpl(*this)) { fBody->Initialize(); }
 
@@ -41,6 +41,10 @@ void TContainer::RemoveQualifierDecl(TCIMQualifierDecl& decl) { fBody->RemoveQua
 
 std::vector<TCIMQualifierDecl*> TContainer::EnumerateQualifiers() const {
   return fBody->EnumerateQualifiers();
+}
+
+std::vector<TCIMClass*> TContainer::PopulateContainerFromFile(const std::string& path) {
+  return fBody->PopulateContainerFromFile(path);
 }
 
 void TContainer::hackhack_TurnIntoADiffContainer() { fBody->TurnIntoADiffContainer(); }

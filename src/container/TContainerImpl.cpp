@@ -1,12 +1,13 @@
 // TContainerImpl: name normalisation, the class and qualifier-declaration registries, the
 // root class and the diff state.
-#include "TContainerImpl.h"
+#include "container/TContainerImpl.h"
 
 #include "TCIMClass.h"
-#include "TCIMClassImpl.h"
+#include "cim/TCIMClassImpl.h"
 #include "TCIMQualifierDecl.h"
-#include "ZelLog.h"
-#include "ZelNamedMap.h"
+#include "log/ZelLog.h"
+#include "cim/ZelNamedMap.h"
+#include "cim/ZelText.h"
 
 
 // Enters the very object passed under its normalised name; the map's shared pointer becomes
@@ -44,13 +45,11 @@ void TContainerImpl::Initialize() {
 std::string TContainerImpl::NormalizeName(const std::string& name) {
   std::string normal(name);
   for (std::string::size_type i = 0; i < normal.size(); ++i) {
-    unsigned char c = static_cast<unsigned char>(normal[i]);
-    if (c >= 'A' && c <= 'Z')
-      c = static_cast<unsigned char>(c - 'A' + 'a');
+    char c = ZelAsciiLower(normal[i]);
     bool valid = c == '_' || (c >= 'a' && c <= 'z') || (i != 0 && c >= '0' && c <= '9');
     if (!valid)
       ZelFail(zelStatusInvalidCIMName, "CIM name '" + name + "' is invalid");
-    normal[i] = static_cast<char>(c);
+    normal[i] = c;
   }
   return normal;
 }
@@ -59,8 +58,7 @@ bool TContainerImpl::IsNormalFormOf(const std::string& normal, const std::string
   if (normal.size() != name.size())
     return false;
   for (std::string::size_type i = 0; i < name.size(); ++i) {
-    char c = name[i];
-    if ((c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c) != normal[i])
+    if (ZelAsciiLower(name[i]) != normal[i])
       return false;
   }
   return true;

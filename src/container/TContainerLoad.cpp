@@ -1,11 +1,12 @@
 // Loading a container from a CIM-XML file, plain or gzip: the whole content is read into one
 // buffer and parsed in place.
-#include "TContainerImpl.h"
+#include "container/TContainerImpl.h"
 
 #include "TCIMXMLParser.h"
 #include "TOSSpecific.h"
 #include "TZELException.h"
-#include "ZelLog.h"
+#include "log/ZelLog.h"
+#include "xml/ZelGzipPath.h"
 
 #include <boost/shared_array.hpp>
 #include <cstdio>
@@ -77,10 +78,6 @@ static boost::shared_array<char> ReadPlainFile(const std::string& path, unsigned
   return buffer;
 }
 
-std::vector<TCIMClass*> TContainer::PopulateContainerFromFile(const std::string& path) {
-  return fBody->PopulateContainerFromFile(path);
-}
-
 std::vector<TCIMClass*> TContainerImpl::PopulateContainerFromFile(const std::string& path) {
   long size;
   try {
@@ -88,8 +85,7 @@ std::vector<TCIMClass*> TContainerImpl::PopulateContainerFromFile(const std::str
   } catch (TZELException const&) {
     throw TZELException(zelStatusFileSystemError);  // missing, or not a file
   }
-  // Anywhere in the path, not only as the suffix: archive.gz.xml is read as gzip too.
-  boost::shared_array<char> buffer = path.rfind(".gz") != std::string::npos
+  boost::shared_array<char> buffer = ZelIsGzipPath(path)
                                          ? ReadGzipFile(path)
                                          : ReadPlainFile(path, static_cast<unsigned long>(size));
   TCIMXMLParser parser(&fOwner);

@@ -6,7 +6,7 @@
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
 #include "TContainer.h"
-#include "ZelLog.h"
+#include "log/ZelLog.h"
 
 #include <cctype>
 #include <cstring>
@@ -36,14 +36,23 @@ static const struct {
 static const char kUnclosedProductPrefix[] = "Corvane 4400 M20-[";
 static_assert(sizeof kUnclosedProductPrefix - 1 == 18, "the prefix is 18 characters");
 
-// The single instance of a class, including its subclasses' instances.
-static TCIMInstance& SingleInstance(TContainer* container, std::string const& className) {
+// zelStatusNotFound, after the debug line when there is one.
+[[noreturn]] static void NotFound(const char* text) {
+  if (text)
+    ZelFail(zelStatusNotFound, text, zelLogDebug);
+  throw TZELException(zelStatusNotFound);
+}
+
+// The single instance of a class, including its subclasses' instances; the texts, when
+// given, are logged for a missing class and for another count of instances.
+static TCIMInstance& SingleInstance(TContainer* container, std::string const& className,
+                                    const char* noClass = 0, const char* notOne = 0) {
   TCIMClass* cls = container->FindClass(className);
   if (!cls)
-    throw TZELException(zelStatusNotFound);
+    NotFound(noClass);
   std::vector<TCIMInstance*> instances = cls->EnumerateInstances(true);
   if (instances.size() != 1)
-    throw TZELException(zelStatusNotFound);
+    NotFound(notOne);
   return *instances.front();
 }
 
@@ -57,13 +66,11 @@ static void Fail(zelStatusCode code, std::string const& text) { ZelFail(code, te
 
 // A string property of the computer system, each missing piece logged at debug.
 static std::string ComputerSystemString(TContainer* container, std::string const& property) {
-  TCIMClass* cls = container->FindClass(TCIMSchemaHelper::kSystemCreationClassName);
-  if (!cls)
-    Fail(zelStatusNotFound, "TCIMSchemaHelper: no computer system");
-  std::vector<TCIMInstance*> instances = cls->EnumerateInstances(true);
-  if (instances.size() != 1)
-    Fail(zelStatusNotFound, "TCIMSchemaHelper: computer system instances != 1");
-  TCIMProperty* found = instances.front()->FindProperty(property);
+  TCIMProperty* found =
+      SingleInstance(container, TCIMSchemaHelper::kSystemCreationClassName,
+                     "TCIMSchemaHelper: no computer system",
+                     "TCIMSchemaHelper: computer system instances != 1")
+          .FindProperty(property);
   if (!found)
     Fail(zelStatusNotFound, "TCIMSchemaHelper: didn't find " + property + " property");
   TCIMValue value = found->GetValue();

@@ -1,5 +1,5 @@
 // Internal logging helpers shared by every subsystem.
-#include "ZelLog.h"
+#include "log/ZelLog.h"
 
 #include "TRootObject.h"
 
@@ -17,7 +17,12 @@ void ZelLog(zelLogSeverity severity, std::string const& text) {
     logger->OutputLogEntry(0, severity, text);
 }
 
-void ZelFail(zelStatusCode code, std::string const& text, zelLogSeverity severity) {
+zelStatusCode ZelLogStatus(zelStatusCode code, std::string const& text,
+                           zelLogSeverity severity) {
   ZelLog(severity, text);
-  throw TZELException(code);
+  return code;
+}
+
+void ZelFail(zelStatusCode code, std::string const& text, zelLogSeverity severity) {
+  throw TZELException(ZelLogStatus(code, text, severity));
 }

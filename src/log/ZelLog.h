@@ -17,10 +17,18 @@ void ZelLog(zelLogSeverity severity, std::string const& text);
 
 /// Builds the text only when the line would be kept: ZelLogLazy(zelLogDebug, [&] { return ...; }).
 template <class BuildText>
-inline void ZelLogLazy(zelLogSeverity severity, BuildText build) {
+inline void ZelLogLazy(zelLogSeverity severity, IPlugin const* plugin, BuildText build) {
   if (ILogger* logger = ZelLogFor(severity))
-    logger->OutputLogEntry(0, severity, build());
+    logger->OutputLogEntry(plugin, severity, build());
 }
+template <class BuildText>
+inline void ZelLogLazy(zelLogSeverity severity, BuildText build) {
+  ZelLogLazy(severity, 0, build);
+}
+
+/// Writes one core line, then returns the code: the failure of a function that returns it.
+zelStatusCode ZelLogStatus(zelStatusCode code, std::string const& text,
+                           zelLogSeverity severity = zelLogError);
 
 /// Writes one core line, then throws the bare code.
 [[noreturn]] void ZelFail(zelStatusCode code, std::string const& text,

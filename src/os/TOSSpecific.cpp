@@ -1,8 +1,8 @@
 // TOSSpecific: plugin discovery, library loading, files and directories, time and identity.
 #include "TOSSpecific.h"
 
-#include "ZelLog.h"
-#include "ZelUniqueFd.h"
+#include "log/ZelLog.h"
+#include "os/ZelUniqueFd.h"
 
 #include <cerrno>
 #include <cstring>

@@ -1,8 +1,8 @@
 // TOSSpecific: running a child process with its output captured, and reading whole files.
 #include "TOSSpecific.h"
 
-#include "ZelLog.h"
-#include "ZelUniqueFd.h"
+#include "log/ZelLog.h"
+#include "os/ZelUniqueFd.h"
 
 #include <cerrno>
 

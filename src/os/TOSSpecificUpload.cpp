@@ -2,8 +2,8 @@
 // core loads and works where libcurl is missing.
 #include "TOSSpecific.h"
 
-#include "ZelLog.h"
-#include "ZelUniqueFd.h"
+#include "log/ZelLog.h"
+#include "os/ZelUniqueFd.h"
 
 #include <cstdio>
 

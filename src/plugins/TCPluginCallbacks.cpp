@@ -7,11 +7,10 @@
 #include "TCIMClass.h"
 #include "TCIMInstance.h"
 #include "TRootObject.h"
-#include "ZelLog.h"
-#include "zeliIOHandle.h"
+#include "TZELException.h"
+#include "plugins/zeliIOHandle.h"
 
 #include <cstring>
-#include <memory>
 
 static void ThrowUnlessOK(zelStatusCode status) {
   if (status != zelStatusOK)
@@ -61,18 +60,13 @@ void TCPluginCallbacks::GetData(TContainer* container, std::vector<TCIMClass*>& 
 
   zelStatusCode status =
       fGetData(this, &io, names.data(), static_cast<int>(names.size()));
-  std::unique_ptr<TCIMInstance> open(io.fCurrentInstance); // Dropped unless committed.
-  io.fCurrentInstance = 0;
-  ThrowUnlessOK(status);
-  if (!open)
-    return;
-  try {
-    open->AddToContainer();
-  } catch (TZELException& e) {
-    ZelFail(e.GetCode(), "zelAddClass: CIM class " + open->GetClass().GetName() +
-                             " threw exception " + e.what());
+  if (status == zelStatusOK) {
+    status = ZelCommitOpenInstance(io);
+  } else {
+    delete io.fCurrentInstance;  // a failed plugin's last instance is dropped
+    io.fCurrentInstance = 0;
   }
-  open.release(); // Its class owns it now.
+  ThrowUnlessOK(status);
 }
 
 IPlugin* TCPluginCallbacks::GetPluginHandle() { return fPluginHandle; }

@@ -6,7 +6,7 @@
 #include "TCIMClass.h"
 #include "TCIMQualifier.h"
 #include "TOSSpecific.h"
-#include "ZelLog.h"
+#include "log/ZelLog.h"
 
 #include <cstdio>
 #include <memory>

@@ -9,7 +9,8 @@
 #include "TCIMClass.h"
 #include "TCIMQualifier.h"
 #include "TRootObject.h"
-#include "ZelLog.h"
+#include "cim/ZelQualifierHolder.h"
+#include "log/ZelLog.h"
 
 #include <algorithm>
 #include <exception>
@@ -19,11 +20,7 @@ TQueryManager* TQueryManager::fgInstance = 0;
 
 // A class is skipped only when DONTCOLLECT is present, not NULL and true.
 static bool IsMarkedDontCollect(TCIMClass const& cls) {
-  TCIMQualifier* qualifier = cls.FindQualifier("DONTCOLLECT");
-  if (!qualifier)
-    return false;
-  TCIMValue value = qualifier->GetValue();
-  return !value.IsNull() && static_cast<bool>(value);
+  return ZelQualifierIsTrue(cls.FindQualifier("DONTCOLLECT"));
 }
 
 static bool IsDue(TCIMClass const& cls, std::vector<std::string> const& classNames,

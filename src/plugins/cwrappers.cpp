@@ -1,5 +1,5 @@
 // The exported C functions, in families ordered as in zelcore.h.
-#include "cwrappers.h"
+#include "plugins/cwrappers.h"
 
 #include "ILogger.h"
 #include "IPluginManager.h"
@@ -13,7 +13,7 @@
 #include "TContainer.h"
 #include "TOSSpecific.h"
 #include "TRootObject.h"
-#include "zeliIOHandle.h"
+#include "plugins/zeliIOHandle.h"
 
 #include <cstring>
 #include <new>
@@ -309,55 +309,32 @@ zelStatusCode zelGetPluginPath(TCPluginCallbacks* self, char** path) {
 
 // ---- Collection ---------------------------------------------------------------------------
 
-// A plugin's verbose trace line; the text is only built when the line would be written.
-template <class BuildText>
-static void LogVerbose(zelIOHandle* handle, BuildText build) {
-  if (ILogger* logger = ZelLogFor(zelLogVerbose))
-    logger->OutputLogEntry(handle->fPlugin, zelLogVerbose, build());
-}
-
-// Logs a failure of the collection functions, always as the core.
-static zelStatusCode CollectionFailure(zelStatusCode code, std::string const& text) {
-  ZelLog(zelLogError, text);
-  return code;
-}
-
 zelStatusCode zelAddClass(zelIOHandle* handle, const char* className) {
   if (!handle)
     return ZelNullArgument("zelAddClass: NULL zelIOHandle parameter");
   if (!className)
     return ZelNullArgument("zelAddClass: NULL name parameter", handle->fPlugin);
-  LogVerbose(handle, [&] { return "zelAddClass(" + std::string(className) + ")"; });
+  ZelLogLazy(zelLogVerbose, handle->fPlugin,
+             [&] { return "zelAddClass(" + std::string(className) + ")"; });
 
-  if (TCIMInstance* open = handle->fCurrentInstance) {
-    handle->fCurrentInstance = 0;
-    try {
-      open->AddToContainer();
-    } catch (TZELException& e) {
-      zelStatusCode code = CollectionFailure(e.GetCode(), "zelAddClass: CIM class " +
-                                                              open->GetClass().GetName() +
-                                                              " threw exception " + e.what());
-      delete open; // Refused: nobody else owns it.
-      return code;
-    }
-  }
+  if (zelStatusCode refused = ZelCommitOpenInstance(*handle))
+    return refused;
 
   TCIMClass* cls;
   try {
     cls = handle->fContainer->GetClass(className);
   } catch (TZELException& e) {
-    return CollectionFailure(e.GetCode(), "zelAddClass: GetClass(" + std::string(className) +
-                                              ") threw exception " + e.what());
+    return ZelLogStatus(e.GetCode(), "zelAddClass: GetClass(" + std::string(className) +
+                                         ") threw exception " + e.what());
   }
   try {
     handle->fCurrentInstance = handle->fContainer->AllocateInstance(cls);
   } catch (TZELException& e) {
-    return CollectionFailure(e.GetCode(), "zelAddClass: Allocate instance (CIM class " +
-                                              cls->GetName() + ") threw exception " +
-                                              e.what());
+    return ZelLogStatus(e.GetCode(), "zelAddClass: Allocate instance (CIM class " + cls->GetName() +
+                                         ") threw exception " + e.what());
   } catch (std::bad_alloc&) {
-    return CollectionFailure(zelStatusOutOfMemory,
-                             "zelAddClass: CIM class " + cls->GetName() + ": no memory");
+    return ZelLogStatus(zelStatusOutOfMemory,
+                        "zelAddClass: CIM class " + cls->GetName() + ": no memory");
   }
   return zelStatusOK;
 }
@@ -367,21 +344,19 @@ zelStatusCode zelAddProperty(zelIOHandle* handle, const char* name, const char* 
     return ZelNullArgument("zelAddProperty: NULL zelIOHandle parameter");
   if (!name || !value)
     return ZelNullArgument("zelAddProperty: NULL name and/or value parameter", handle->fPlugin);
-  LogVerbose(handle, [&] {
+  ZelLogLazy(zelLogVerbose, handle->fPlugin, [&] {
     return "zelAddProperty(" + std::string(name) + ", value=" + std::string(value) + ")";
   });
   TCIMInstance* instance = handle->fCurrentInstance;
   if (!instance)
-    return CollectionFailure(zelStatusInvalidClass, "zelAddProperty: no current instance");
+    return ZelLogStatus(zelStatusInvalidClass, "zelAddProperty: no current instance");
   try {
     TCIMPropertyDecl& decl = instance->GetClass().GetPropertyDecl(name);
     std::string text(value);
     instance->SetPropertyValue(name, TCIMValue(decl.GetType(), text, *handle->fContainer));
   } catch (TZELException& e) {
-    return CollectionFailure(e.GetCode(), "zelAddProperty: CIM class " +
-                                              instance->GetClass().GetName() +
-                                              " threw exception " + e.what() + " name='" +
-                                              name + "'");
+    return ZelLogStatus(e.GetCode(), "zelAddProperty: CIM class " + instance->GetClass().GetName() +
+                                         " threw exception " + e.what() + " name='" + name + "'");
   }
   return zelStatusOK;
 }
@@ -393,7 +368,7 @@ zelStatusCode zelAddCIMValueProperty(zelIOHandle* handle, const char* name,
   if (!name)
     return ZelNullArgument("zelAddCIMValueProperty: NULL name parameter", handle->fPlugin);
   // One literal for every typed member.
-  LogVerbose(handle, [&] {
+  ZelLogLazy(zelLogVerbose, handle->fPlugin, [&] {
     // A NULL value has no text of its own.
     return "zelAdd<>Property(" + std::string(name) +
            ", value=" + (value->IsNull() ? std::string("NULL") : value->ToString(/*radix=*/10)) +
@@ -401,14 +376,13 @@ zelStatusCode zelAddCIMValueProperty(zelIOHandle* handle, const char* name,
   });
   TCIMInstance* instance = handle->fCurrentInstance;
   if (!instance)
-    return CollectionFailure(zelStatusInvalidClass, "zelAddProperty: no current instance");
+    return ZelLogStatus(zelStatusInvalidClass, "zelAddProperty: no current instance");
   try {
     instance->SetPropertyValue(name, *value);
   } catch (TZELException& e) {
     // Without the "zel" of the other messages, on purpose.
-    return CollectionFailure(e.GetCode(), "AddProperty: CIM class " +
-                                              instance->GetClass().GetName() +
-                                              " threw exception " + e.what());
+    return ZelLogStatus(e.GetCode(), "AddProperty: CIM class " + instance->GetClass().GetName() +
+                                         " threw exception " + e.what());
   }
   return zelStatusOK;
 }

@@ -6,7 +6,7 @@
 #include "TCIMValue.h"
 #include "TRootObject.h"
 #include "TZELException.h"
-#include "ZelLog.h"
+#include "log/ZelLog.h"
 #include "zelcore.h"
 
 #include <vector>

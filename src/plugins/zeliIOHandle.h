@@ -18,6 +18,10 @@ public:
   TCIMInstance* fCurrentInstance; ///< Not owned until committed; null when none is open.
 };
 
+/// Commits the open instance, if any, to its class and clears it. A refused instance is
+/// deleted after the line "zelAddClass: CIM class ... threw exception ..."; its code returns.
+zelStatusCode ZelCommitOpenInstance(zeliIOHandle& io);
+
 /// The opaque C handle is the body itself.
 struct zelIOHandle : public zeliIOHandle {
   zelIOHandle(TContainer* container, IPlugin* plugin) : zeliIOHandle(container, plugin) {}

@@ -2,25 +2,25 @@
 // handlers and value conversion, and the document and declaration states.
 #include "TCIMXMLParser.h"
 
-#include "TCIMXMLParserStates.h"
+#include "xml/TCIMXMLParserStates.h"
 
 #include "TCIMClass.h"
 #include "TCIMDateTime.h"
 #include "TCIMPropertyDecl.h"
-#include "TCIMPropertyDeclImpl.h"
+#include "cim/TCIMPropertyDeclImpl.h"
+#include "cim/ZelText.h"
 #include "TCIMQualifier.h"
 #include "TCIMQualifierDecl.h"
 #include "TContainer.h"
 #include "TZELException.h"
-#include "ZelLog.h"
+#include "log/ZelLog.h"
+#include "xml/ZelQualifierAttributes.h"
 
-#include <sstream>
 
 // Element and attribute names are compared as views: the length first, no strlen.
 using namespace std::string_view_literals;
 
 static const char kUnexpectedElement[] = "Unexpected element ";
-static const char kStateCorrupt[] = "Parser state corrupt";
 static const char kUnknownCIMVersion[] = "Unknown CIM version";
 static const char kUnknownDTDVersion[] = "Unknown DTD version";
 static const char kExpectedScope[] = "Expected SCOPE element";
@@ -28,17 +28,8 @@ static const char kIncompatibleAttributes[] = "Incompatible attributes";
 
 // Element names arrive as written; states compare them in lower case.
 static std::string LowerCaseName(const char* name) {
-  struct TLowerTable {
-    char fByte[256];
-    TLowerTable() {
-      for (int c = 0; c < 256; ++c)
-        fByte[c] = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-    }
-  };
-  static const TLowerTable kLower;  // a load per byte, every start and end tag
   std::string lower(name);
-  for (char& c : lower)
-    c = kLower.fByte[static_cast<unsigned char>(c)];
+  ZelAsciiLowerInPlace(lower);
   return lower;
 }
 
@@ -47,29 +38,6 @@ static std::string LowerCaseName(const char* name) {
   ZelLog(zelLogError, std::string("TCIMXMLParser: Threw exception ") + e.what() + " on line " +
                           std::to_string(line));
   throw TZELException(e.GetCode());
-}
-
-// The decimal integer that stream extraction would read, when the text makes the result
-// certain: optional white space, a minus sign where allowed, then 1 to 18 digits followed by
-// a non-digit. Anything else (a plus sign, more digits) is left to the stream.
-static bool ReadPlainInteger(const std::string& text, bool allowMinus, long long& value) {
-  const char* p = text.c_str();
-  while (*p == ' ' || (*p >= '\t' && *p <= '\r'))
-    ++p;
-  bool negative = allowMinus && *p == '-';
-  if (negative)
-    ++p;
-  const char* digits = p;
-  unsigned long long number = 0;
-  for (; *p >= '0' && *p <= '9'; ++p) {
-    if (p - digits == 18)
-      return false;
-    number = number * 10 + static_cast<unsigned long long>(*p - '0');
-  }
-  if (p == digits)
-    return false;
-  value = negative ? -static_cast<long long>(number) : static_cast<long long>(number);
-  return true;
 }
 
 // A date-time that cannot be read is logged and replaced by the start of 1970.
@@ -144,70 +112,17 @@ void TCIMXMLParser::SetUX402Mode() { fUX402Mode = true; }
 
 std::vector<TCIMClass*> TCIMXMLParser::GetClassesCollected() const { return fClassesCollected; }
 
-bool TCIMXMLParser::ConvertBool(std::string& text) {
-  std::istringstream in(text);
-  bool value = false;
-  in >> std::boolalpha >> value;
-  return value;
-}
+bool TCIMXMLParser::ConvertBool(std::string& text) { return ZelReadBool(text); }
 
 unsigned int TCIMXMLParser::ConvertUnsignedInt(std::string& text) {
-  std::istringstream in(text);
-  unsigned int value = 0;
-  in >> value;
-  return value;
+  return ZelReadNumber<unsigned int>(text);
 }
 
-// Plain integers, true and false, strings and date-times are read here without a stream,
-// with the results of the TCIMValue text constructor, which takes every other text. Every
-// path returns a temporary, so that no value is copied on the way out.
+// Date-times that cannot be read are logged here with their line; every other text is read
+// by the value's text constructor.
 TCIMValue TCIMXMLParser::ParseValue(TCIMValue::TCIMType type, std::string& text) {
-  typedef TCIMValue::TCIMType T;
-  long long n = 0;
-  switch (static_cast<T::ECIMType>(type)) {
-  case T::kString:
-    return TCIMValue(text);
-  case T::kBoolean:
-    if (text == "true"sv || text == "false"sv)
-      return TCIMValue(text == "true"sv);
-    break;
-  case T::kUint8:  // read as unsigned int, then cut to 8 bits
-    if (ReadPlainInteger(text, false, n) && n <= 4294967295LL)
-      return TCIMValue(static_cast<unsigned char>(n));
-    break;
-  case T::kSint8:  // read as int, then cut to 8 bits
-    if (ReadPlainInteger(text, true, n) && n >= -2147483648LL && n <= 2147483647LL)
-      return TCIMValue(static_cast<signed char>(n));
-    break;
-  case T::kUint16:
-    if (ReadPlainInteger(text, false, n) && n <= 65535)
-      return TCIMValue(static_cast<unsigned short>(n));
-    break;
-  case T::kSint16:
-    if (ReadPlainInteger(text, true, n) && n >= -32768 && n <= 32767)
-      return TCIMValue(static_cast<short>(n));
-    break;
-  case T::kUint32:
-    if (ReadPlainInteger(text, false, n) && n <= 4294967295LL)
-      return TCIMValue(static_cast<unsigned int>(n));
-    break;
-  case T::kSint32:
-    if (ReadPlainInteger(text, true, n) && n >= -2147483648LL && n <= 2147483647LL)
-      return TCIMValue(static_cast<int>(n));
-    break;
-  case T::kUint64:
-    if (ReadPlainInteger(text, false, n))
-      return TCIMValue(static_cast<unsigned long>(n));
-    break;
-  case T::kSint64:
-    if (ReadPlainInteger(text, true, n))
-      return TCIMValue(static_cast<long>(n));
-    break;
-  case T::kDateTime:
-    return ParseDateTime(text, *this);  // the line is counted only for the log
-  default:
-    break;
-  }
+  if (type == TCIMValue::TCIMType::kDateTime)
+    return ParseDateTime(text, *this);
   return TCIMValue(type, text, *fContainer);
 }
 
@@ -228,14 +143,8 @@ bool TCIMXMLParser::HandleCIMType(TAttributeMap::const_iterator attribute,
 
 bool TCIMXMLParser::HandleQualifierFlavor(TAttributeMap::const_iterator attribute,
                                           unsigned int& flavor) {
-  unsigned int bit;
-  if (attribute->first == "overridable"sv)
-    bit = TCIMQualifierDecl::eOverridable;
-  else if (attribute->first == "tosubclass"sv)
-    bit = TCIMQualifierDecl::eToSubclass;
-  else if (attribute->first == "translatable"sv)
-    bit = TCIMQualifierDecl::eTranslatable;
-  else
+  unsigned int bit = ZelAttributeBitOf(kFlavorAttributes, attribute->first);
+  if (!bit)
     return false;
   std::string text = attribute->second;
   if (ConvertBool(text))
@@ -483,14 +392,6 @@ void TCIMXMLParser::TStateQualifierDeclaration::EndElement(TCIMXMLParser& parser
 // <!ATTLIST SCOPE CLASS ASSOCIATION REFERENCE PROPERTY METHOD PARAMETER INDICATION (true|false)>
 void TCIMXMLParser::TStateScope::HandleAttrs(TCIMXMLParser&, TAttributeMap& attributes) {
   // Presence alone sets the bit, on purpose: CLASS="false" still scopes to classes.
-  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a) {
-    if (a->first == "class"sv)
-      fScope |= TCIMQualifierDecl::eClass;
-    else if (a->first == "association"sv)
-      fScope |= TCIMQualifierDecl::eAssociation;
-    else if (a->first == "property"sv)
-      fScope |= TCIMQualifierDecl::eProperty;
-    else if (a->first == "reference"sv)
-      fScope |= TCIMQualifierDecl::eReference;
-  }
+  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a)
+    fScope |= ZelAttributeBitOf(kScopeAttributes, a->first);
 }

@@ -1,33 +1,23 @@
 // The states that build classes, instances, property declarations, instance properties and
 // qualifiers, and the object elements that register them.
-#include "TCIMXMLParserStates.h"
+#include "xml/TCIMXMLParserStates.h"
 
 #include "TCIMClass.h"
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
-#include "TCIMPropertyImpl.h"
+#include "cim/TCIMPropertyImpl.h"
 #include "TCIMPropertyDecl.h"
 #include "TCIMQualifier.h"
 #include "TCIMQualifierDecl.h"
 #include "TContainer.h"
 #include "TZELException.h"
-#include "ZelLog.h"
+#include "log/ZelLog.h"
 
 // Element and attribute names are compared as views: the length first, no strlen.
 using namespace std::string_view_literals;
 
 static const char kSyntaxError[] = "CIM element syntax error";
-static const char kStateCorrupt[] = "Parser state corrupt";
 static const char kPropertyTypeMismatch[] = "Property type != property declaration type";
-
-// Whether a class whose registration failed was taken by the container all the same.
-static bool RegisteredIn(TContainer& container, TCIMClass* cls) {
-  try {
-    return container.FindClass(cls->GetName()) == cls;
-  } catch (TZELException const&) {
-    return false;
-  }
-}
 
 // A NULL value of the type of like, keeping its referenced class and array bound.
 static TCIMValue NullLike(const TCIMValue& like) {
@@ -58,20 +48,16 @@ void TCIMXMLParser::TObjectState::EndElement(TCIMXMLParser& parser, std::string&
   if (!fClass && !fInstance)
     parser.FatalError(kSyntaxError);
   if (fClass) {
-    TCIMClass* cls = fClass;
     try {
-      cls->AddToContainer();
+      fClass->AddToContainer();
+      TCIMClass* added = fClass;
+      fClass = 0;  // the container's from here on
+      if (fCollect)
+        parser.fClassesCollected.push_back(added);
     } catch (TZELException const& e) {
-      if (RegisteredIn(*parser.fContainer, cls))
-        fClass = 0;
+      // A refused class is still this state's, for its destructor to delete.
       if (e.GetCode() != zelStatusAlreadyExists)
         throw;
-      cls = 0;
-    }
-    if (cls) {
-      fClass = 0;
-      if (fCollect)
-        parser.fClassesCollected.push_back(cls);
     }
   }
   if (fInstance) {

@@ -1,6 +1,6 @@
 // The request-message states: only intrinsic create requests are read, as one more way of
 // bringing classes and instances into the container. Nothing is executed.
-#include "TCIMXMLParserStates.h"
+#include "xml/TCIMXMLParserStates.h"
 
 // Element and attribute names are compared as views: the length first, no strlen.
 using namespace std::string_view_literals;

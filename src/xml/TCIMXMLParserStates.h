@@ -1,4 +1,4 @@
-// The parse states of TCIMXMLParser, one class per element of the table in
+// The parse states of TCIMXMLParser, one class per row of
 // TCIMXMLParser.def, and the helpers they share.
 #ifndef TCIMXMLPARSERSTATES_H
 #define TCIMXMLPARSERSTATES_H
@@ -31,6 +31,9 @@ State& TCIMXMLParser::Push(TAttributeMap& attributes, Args&&... args) {
   return *state;
 }
 
+/// The fatal error of a state that finds the stack or its own phase not as it left them.
+inline constexpr char kStateCorrupt[] = "Parser state corrupt";
+
 /// A property declaration whose "KEY" qualifier is present, not NULL and true.
 bool ZelIsKeyDecl(const TCIMPropertyDecl& decl);
 
@@ -38,24 +41,24 @@ bool ZelIsKeyDecl(const TCIMPropertyDecl& decl);
 
 class TCIMXMLParser::TStateStart : public TParseState {
 public:
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 };
 
 class TCIMXMLParser::TStateCIM : public TParseState {
 public:
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
-  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 };
 
 class TCIMXMLParser::TStateDeclaration : public TParseState {
 public:
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 };
 
 class TCIMXMLParser::TStateDeclGroup : public TParseState {
 public:
   TStateDeclGroup() : fObjectElement("value.object"), fPhase(0) {}
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 
 protected:
   explicit TStateDeclGroup(const char* objectElement) : fObjectElement(objectElement), fPhase(0) {}
@@ -74,15 +77,15 @@ public:
 
 class TCIMXMLParser::TStateDeclGroupWithPath : public TParseState {
 public:
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 };
 
 class TCIMXMLParser::TStateQualifierDeclaration : public TParseState {
 public:
   TStateQualifierDeclaration();
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
-  void EndElement(TCIMXMLParser& parser, std::string& name);
-  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
+  void EndElement(TCIMXMLParser& parser, std::string& name) override;
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
 private:
   std::string fName;
@@ -100,7 +103,7 @@ private:
 class TCIMXMLParser::TStateScope : public TParseState {
 public:
   explicit TStateScope(unsigned int& scope) : fScope(scope) {}
-  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
 private:
   unsigned int& fScope;
@@ -112,7 +115,7 @@ private:
 class TCIMXMLParser::TObjectState : public TParseState {
 public:
   ~TObjectState();
-  void EndElement(TCIMXMLParser& parser, std::string& name);
+  void EndElement(TCIMXMLParser& parser, std::string& name) override;
 
 protected:
   explicit TObjectState(bool collect) : fClass(0), fInstance(0), fPhase(0), fCollect(collect) {}
@@ -130,13 +133,13 @@ private:
 class TCIMXMLParser::TStateValueObject : public TObjectState {
 public:
   TStateValueObject() : TObjectState(true) {}
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 };
 
 class TCIMXMLParser::TStateValueNamedInstance : public TObjectState {
 public:
   TStateValueNamedInstance() : TObjectState(true), fPath(0) {}
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 
 private:
   TCIMReference fPath;
@@ -145,13 +148,13 @@ private:
 // A named object is a class, or the content of a named instance.
 class TCIMXMLParser::TStateValueNamedObject : public TStateValueNamedInstance {
 public:
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 };
 
 class TCIMXMLParser::TStateValueObjectWithPath : public TObjectState {
 public:
   TStateValueObjectWithPath() : TObjectState(true), fPath(0) {}
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 
 private:
   std::string fHost;
@@ -163,7 +166,7 @@ private:
 class TCIMXMLParser::TStateValueObjectWithLocalPath : public TObjectState {
 public:
   TStateValueObjectWithLocalPath() : TObjectState(true), fPath(0) {}
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 
 private:
   std::string fNamespace;
@@ -174,8 +177,8 @@ private:
 class TCIMXMLParser::TStateClass : public TParseState {
 public:
   explicit TStateClass(TCIMClass** slot) : fClass(0), fSlot(slot), fPhase(0) {}
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
-  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
 private:
   std::string fName;
@@ -188,8 +191,8 @@ private:
 class TCIMXMLParser::TStateInstance : public TParseState {
 public:
   explicit TStateInstance(TCIMInstance** slot) : fSlot(slot), fPhase(0) {}
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
-  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
 private:
   std::string fClassName;
@@ -202,9 +205,9 @@ public:
   /// A null owner reads and checks the qualifier, then drops it (instances hold none).
   explicit TStateQualifier(ICIMAllowQualifiers* owner)
       : fOwner(owner), fFlavor(0), fPropagated(false), fValueRead(false) {}
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
-  void EndElement(TCIMXMLParser& parser, std::string& name);
-  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
+  void EndElement(TCIMXMLParser& parser, std::string& name) override;
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
 private:
   ICIMAllowQualifiers* fOwner;
@@ -223,9 +226,9 @@ enum EZelPropertyForm { kZelScalarProperty, kZelArrayProperty, kZelReferenceProp
 class TCIMXMLParser::TPropertyDeclState : public TParseState {
 public:
   ~TPropertyDeclState();
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
-  void EndElement(TCIMXMLParser& parser, std::string& name);
-  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
+  void EndElement(TCIMXMLParser& parser, std::string& name) override;
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
 protected:
   TPropertyDeclState(TCIMClass& cls, EZelPropertyForm form)
@@ -264,9 +267,9 @@ public:
 
 class TCIMXMLParser::TPropertyState : public TParseState {
 public:
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
-  void EndElement(TCIMXMLParser& parser, std::string& name);
-  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
+  void EndElement(TCIMXMLParser& parser, std::string& name) override;
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
 protected:
   TPropertyState(TCIMInstance& instance, EZelPropertyForm form)
@@ -307,7 +310,7 @@ public:
 class TCIMXMLParser::TStateValue : public TParseState {
 public:
   TStateValue(TCIMXMLParser& parser, TCIMValue& target, TCIMValue::TCIMType type);
-  void EndElement(TCIMXMLParser& parser, std::string& name);
+  void EndElement(TCIMXMLParser& parser, std::string& name) override;
 
 private:
   TCIMValue& fTarget;
@@ -317,8 +320,8 @@ private:
 class TCIMXMLParser::TStateValueArray : public TParseState {
 public:
   TStateValueArray(TCIMValue& target, TCIMValue::TCIMType type, unsigned int arraySize);
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
-  void EndElement(TCIMXMLParser& parser, std::string& name);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
+  void EndElement(TCIMXMLParser& parser, std::string& name) override;
 
 private:
   TCIMValue& fTarget;
@@ -332,9 +335,9 @@ private:
 class TCIMXMLParser::TStateValueReference : public TParseState {
 public:
   explicit TStateValueReference(TCIMValue& target);
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
-  void EndElement(TCIMXMLParser& parser, std::string& name);
-  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
+  void EndElement(TCIMXMLParser& parser, std::string& name) override;
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
 private:
   TCIMValue& fTarget;
@@ -348,8 +351,8 @@ private:
 class TCIMXMLParser::TStateValueRefArray : public TParseState {
 public:
   explicit TStateValueRefArray(TCIMValue& target);
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
-  void EndElement(TCIMXMLParser& parser, std::string& name);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
+  void EndElement(TCIMXMLParser& parser, std::string& name) override;
 
 private:
   TCIMValue& fTarget;
@@ -359,7 +362,7 @@ private:
 class TCIMXMLParser::TStateNamespacePath : public TParseState {
 public:
   TStateNamespacePath(std::string& host, std::string& nameSpace);
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 
 private:
   std::string& fHost;
@@ -370,8 +373,8 @@ private:
 class TCIMXMLParser::TStateLocalNamespacePath : public TParseState {
 public:
   explicit TStateLocalNamespacePath(std::string& nameSpace);
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
-  void EndElement(TCIMXMLParser& parser, std::string& name);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
+  void EndElement(TCIMXMLParser& parser, std::string& name) override;
 
 private:
   std::string& fNamespace;
@@ -381,7 +384,7 @@ private:
 class TCIMXMLParser::TStateHost : public TParseState {
 public:
   TStateHost(TCIMXMLParser& parser, std::string& host);
-  void EndElement(TCIMXMLParser& parser, std::string& name);
+  void EndElement(TCIMXMLParser& parser, std::string& name) override;
 
 private:
   std::string& fHost;
@@ -390,7 +393,7 @@ private:
 class TCIMXMLParser::TStateNamespace : public TParseState {
 public:
   explicit TStateNamespace(std::string& nameSpace);
-  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
 private:
   std::string& fNamespace;
@@ -399,7 +402,7 @@ private:
 class TCIMXMLParser::TStateClassPath : public TParseState {
 public:
   TStateClassPath(std::string& host, std::string& nameSpace, std::string& className);
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 
 private:
   std::string& fHost;
@@ -411,7 +414,7 @@ private:
 class TCIMXMLParser::TStateLocalClassPath : public TParseState {
 public:
   TStateLocalClassPath(std::string& nameSpace, std::string& className);
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 
 private:
   std::string& fNamespace;
@@ -422,7 +425,7 @@ private:
 class TCIMXMLParser::TStateClassName : public TParseState {
 public:
   explicit TStateClassName(std::string& className);
-  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
 private:
   std::string& fClassName;
@@ -431,7 +434,7 @@ private:
 class TCIMXMLParser::TStateInstancePath : public TParseState {
 public:
   TStateInstancePath(std::string& host, std::string& nameSpace, TCIMReference& path);
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 
 private:
   std::string& fHost;
@@ -443,7 +446,7 @@ private:
 class TCIMXMLParser::TStateLocalInstancePath : public TParseState {
 public:
   TStateLocalInstancePath(std::string& nameSpace, TCIMReference& path);
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 
 private:
   std::string& fNamespace;
@@ -454,9 +457,9 @@ private:
 class TCIMXMLParser::TStateInstanceName : public TParseState {
 public:
   explicit TStateInstanceName(TCIMReference& path);
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
-  void EndElement(TCIMXMLParser& parser, std::string& name);
-  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
+  void EndElement(TCIMXMLParser& parser, std::string& name) override;
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
 private:
   TCIMReference& fPath;
@@ -469,9 +472,9 @@ private:
 class TCIMXMLParser::TStateKeyBinding : public TParseState {
 public:
   TStateKeyBinding(TCIMClass* cls, TCIMReference& path);
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
-  void EndElement(TCIMXMLParser& parser, std::string& name);
-  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
+  void EndElement(TCIMXMLParser& parser, std::string& name) override;
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
 private:
   TCIMClass* fClass;
@@ -485,7 +488,7 @@ private:
 class TCIMXMLParser::TStateKeyValue : public TParseState {
 public:
   TStateKeyValue(TCIMXMLParser& parser, std::string& text);
-  void EndElement(TCIMXMLParser& parser, std::string& name);
+  void EndElement(TCIMXMLParser& parser, std::string& name) override;
 
 private:
   std::string& fText;
@@ -495,7 +498,7 @@ class TCIMXMLParser::TStateObjectPath : public TParseState {
 public:
   TStateObjectPath(std::string& host, std::string& nameSpace, TCIMReference& path,
                    std::string& className);
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 
 private:
   std::string& fHost;
@@ -509,15 +512,15 @@ private:
 
 class TCIMXMLParser::TStateMessage : public TParseState {
 public:
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
-  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 };
 
 class TCIMXMLParser::TStateMultiReq : public TParseState {
 public:
   TStateMultiReq() : fPhase(0) {}
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
-  void EndElement(TCIMXMLParser& parser, std::string& name);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
+  void EndElement(TCIMXMLParser& parser, std::string& name) override;
 
 private:
   int fPhase;  // SIMPLEREQ children seen, up to 2
@@ -525,14 +528,14 @@ private:
 
 class TCIMXMLParser::TStateSimpleReq : public TParseState {
 public:
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 };
 
 class TCIMXMLParser::TStateIMethodCall : public TParseState {
 public:
   TStateIMethodCall() : fPhase(0) {}
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
-  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
 private:
   std::string fNamespace;
@@ -542,8 +545,8 @@ private:
 class TCIMXMLParser::TStateIParamValue : public TObjectState {
 public:
   TStateIParamValue() : TObjectState(false) {}
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
-  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 };
 
 #endif

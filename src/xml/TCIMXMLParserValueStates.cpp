@@ -1,6 +1,6 @@
 // The states that read the leaves of a document: VALUE texts, value lists, references, and
 // the object paths with their key bindings.
-#include "TCIMXMLParserStates.h"
+#include "xml/TCIMXMLParserStates.h"
 
 #include "TCIMClass.h"
 #include "TCIMPropertyDecl.h"
@@ -9,7 +9,6 @@
 // Element and attribute names are compared as views: the length first, no strlen.
 using namespace std::string_view_literals;
 
-static const char kStateCorrupt[] = "Parser state corrupt";
 static const char kNoNamespace[] = "Unexpected at least 1 NAMESPACE element";
 
 // The message for a class whose bound property is not a key.

@@ -13,7 +13,9 @@
 #include "TCIMValue.h"
 #include "TContainer.h"
 #include "TZELException.h"
-#include "ZelLog.h"
+#include "log/ZelLog.h"
+#include "xml/ZelGzipPath.h"
+#include "xml/ZelQualifierAttributes.h"
 
 #include <cstdio>
 #include <limits>
@@ -43,7 +45,7 @@ static void AppendText(std::string& out, const std::string& text) {
 }
 
 // Attribute values are names and type names: the tokenizer takes no references in them.
-static void AppendAttribute(std::string& out, const char* name, const std::string& value) {
+static void AppendAttribute(std::string& out, std::string_view name, const std::string& value) {
   out += ' ';
   out += name;
   out += "=\"";
@@ -135,9 +137,8 @@ static void AppendAnyValue(std::string& out, const TCIMValue& value) {
 }
 
 static void AppendFlavor(std::string& out, TCIMQualifierDecl::EFlavor flavor) {
-  AppendAttribute(out, "OVERRIDABLE", BoolText(flavor & TCIMQualifierDecl::eOverridable));
-  AppendAttribute(out, "TOSUBCLASS", BoolText(flavor & TCIMQualifierDecl::eToSubclass));
-  AppendAttribute(out, "TRANSLATABLE", BoolText(flavor & TCIMQualifierDecl::eTranslatable));
+  for (const ZelAttributeBit& attribute : kFlavorAttributes)
+    AppendAttribute(out, attribute.fName, BoolText(flavor & attribute.fBit));
 }
 
 static void AppendQualifierDecl(std::string& out, const TCIMQualifierDecl& decl) {
@@ -150,14 +151,7 @@ static void AppendQualifierDecl(std::string& out, const TCIMQualifierDecl& decl)
     AppendAttribute(out, "ARRAYSIZE", std::to_string(value.GetMaxArraySize()));
   AppendFlavor(out, decl.GetFlavor());
   out += ">\n<SCOPE";
-  static const struct {
-    TCIMQualifierDecl::EScope fBit;
-    const char* fName;
-  } kScopes[] = {{TCIMQualifierDecl::eClass, "CLASS"},
-                 {TCIMQualifierDecl::eAssociation, "ASSOCIATION"},
-                 {TCIMQualifierDecl::eProperty, "PROPERTY"},
-                 {TCIMQualifierDecl::eReference, "REFERENCE"}};
-  for (const auto& scope : kScopes) {
+  for (const ZelAttributeBit& scope : kScopeAttributes) {
     if (decl.GetScope() & scope.fBit) // The reader counts presence, whatever the value.
       AppendAttribute(out, scope.fName, "true");
   }
@@ -339,7 +333,7 @@ std::string TCIMXMLWriter::Write(const TContainer& container,
 void TCIMXMLWriter::WriteFile(const std::string& path, const TContainer& container,
                               EContent content) {
   std::string document = Write(container, content);
-  if (path.find(".gz") != std::string::npos)
+  if (ZelIsGzipPath(path))
     WriteGzip(path, document);
   else
     WritePlain(path, document);

@@ -13,6 +13,8 @@
 // attribute names are lower-cased, and an end tag only has to begin with the start tag's name.
 #include "TXmlParser.h"
 
+#include "cim/ZelText.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -185,9 +187,7 @@ static const char* ReadAttributes(char*& pos, TAttributeMap& attributes, TNodePo
       pos = p;
       return kInAttributeValue;
     }
-    for (char* c = name; c != nameEnd; ++c)
-      if (static_cast<unsigned char>(*c - 'A') < 26)
-        *c += 'a' - 'A';
+    ZelAsciiLowerInPlace(name, nameEnd);
     bool added = InsertAttribute(attributes, spare, name, nameEnd - name, value, p - value);
     ++p;
     if (!added) {
@@ -207,7 +207,7 @@ static int DigitValue(char c, unsigned base) {
 
 static bool MatchesNoCase(const char* p, const char* lower) {
   for (; *lower; ++p, ++lower)
-    if ((*p >= 'A' && *p <= 'Z' ? *p + ('a' - 'A') : *p) != *lower)
+    if (ZelAsciiLower(*p) != *lower)
       return false;
   return true;
 }

@@ -1,5 +1,5 @@
 // Display texts of property values under the display qualifiers of a real class.
-#include "TCIMPropertyImpl.h"
+#include "cim/TCIMPropertyImpl.h"
 
 #include "helpers.h"
 

@@ -2,8 +2,8 @@
 #include "helpers.h"
 
 #include "TCIMDateTime.h"
-#include "cwrappers.h"
-#include "zeliIOHandle.h"
+#include "plugins/cwrappers.h"
+#include "plugins/zeliIOHandle.h"
 
 class ReferenceTest : public SchemaTest {
 protected:

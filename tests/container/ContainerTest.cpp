@@ -1,7 +1,7 @@
 // The container: name normalisation, registries, the root class and the diff state.
 #include "../cim/helpers.h"
 #include "ILogger.h"
-#include "TContainerImpl.h"
+#include "container/TContainerImpl.h"
 #include "TRootObject.h"
 
 class ContainerTest : public ZelTest {

@@ -109,4 +109,21 @@ TEST_F(ContainerLoadTest, ParseErrorsNameTheFileAfterTheParserLine) {
   EXPECT_EQ(other.FindClass("ZT_Derived"), nullptr);
 }
 
+// An error of the object model: its own line once, then the parser's, then the file's.
+TEST_F(ContainerLoadTest, ObjectModelErrorsAreLoggedOnceBeforeTheParserAndFileLines) {
+  std::string badName = WriteFile(
+      "bad-name.xml", "<?xml version=\"1.0\"?>\n<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">\n"
+                      "<DECLARATION><DECLGROUP>\n<QUALIFIER.DECLARATION NAME=\"ABSTRACT\" TYPE=\"boolean\">\n"
+                      "</QUALIFIER.DECLARATION><VALUE.OBJECT><CLASS NAME=\"Bad-Name\">\n"
+                      "<QUALIFIER NAME=\"ABSTRACT\" TYPE=\"boolean\"><VALUE>true</VALUE></QUALIFIER>\n"
+                      "</CLASS></VALUE.OBJECT></DECLGROUP></DECLARATION></CIM>\n");
+  EXPECT_ZEL_THROW(fContainer.PopulateContainerFromFile(badName), zelStatusInvalidCIMName);
+  EXPECT_EQ(LoggedLines(),
+            (TNames{"ZEL_Core: [Error] CIM name 'Bad-Name' is invalid",
+                    "ZEL_Core: [Error] TCIMXMLParser: Threw exception zelStatusInvalidCIMName "
+                    "on line 7",
+                    "ZEL_Core: [Error] Previous error was while parsing file '" + badName + "'"}));
+  EXPECT_EQ(fContainer.FindClass("ZT_Base"), nullptr);
+}
+
 } // namespace

@@ -4,7 +4,7 @@
 
 #include "TCIMDateTime.h"
 #include "TRootObject.h"
-#include "cwrappers.h"
+#include "plugins/cwrappers.h"
 
 #include <cstring>
 

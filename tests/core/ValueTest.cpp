@@ -155,6 +155,44 @@ TEST_F(ValueTest, TextIsReadByStreamExtractionOfTheType) {
   EXPECT_ZEL_THROW(Parse(T::kDateTime, "1"), zelStatusInvalidDateTime);
 }
 
+// Stream extraction itself is the reference: every odd text must read the same.
+template <class Native, class Read = Native>
+void ExpectReadAsStream(T type, std::string const& text) {
+  std::istringstream in(text);
+  Read expected = Read();
+  in >> std::boolalpha >> expected;
+  EXPECT_EQ(static_cast<Native>(Parse(type, text)), static_cast<Native>(expected))
+      << "type " << type << " text '" << text << "'";
+}
+
+TEST_F(ValueTest, NumbersAndBooleansReadExactlyAsStreamExtractionReadsThem) {
+  char const* texts[] = {
+      "", " ", "x", "+", "-", "+-1", "--1", "- 1", " \t\n\v\f\r42", "42abc", "+42", "007",
+      "0x10", "-0", "255", "256", "-1", "-128", "-129", "32767", "32768", "-32769", "65535",
+      "65536", "-65535", "-65536", "2147483647", "2147483648", "-2147483649", "4294967295",
+      "4294967296", "-4294967295", "9223372036854775807", "9223372036854775808",
+      "-9223372036854775808", "-9223372036854775809", "18446744073709551615",
+      "18446744073709551616", "-18446744073709551615", "99999999999999999999999",
+      "true", "false", "TRUE", " true", "truex", "tru", "t", "f", "1", "0",
+      "12.5", ".5", "-.5", "5.", ".", "-.", "1e", "1e+", "1e-", "e5", "1e3", "1E+3x", "1.5e-3",
+      "1e5e3", "1.2.3", "1.e2", "00.25", "0.000001", "inf", "-inf", "nan", "0x1p3", "1,5",
+      "3.40282347e+38", "3.5e38", "-3.5e38", "1e-46", "1e-40", "1e308", "1.8e308", "-1.8e308",
+      "1e-400", "4.9e-324", "1e-310", "123456789012345678901234567890.5e-20"};
+  for (char const* text : texts) {
+    ExpectReadAsStream<bool>(T::kBoolean, text);
+    ExpectReadAsStream<unsigned char, unsigned int>(T::kUint8, text);
+    ExpectReadAsStream<signed char, int>(T::kSint8, text);
+    ExpectReadAsStream<unsigned short>(T::kUint16, text);
+    ExpectReadAsStream<short>(T::kSint16, text);
+    ExpectReadAsStream<unsigned int>(T::kUint32, text);
+    ExpectReadAsStream<int>(T::kSint32, text);
+    ExpectReadAsStream<unsigned long>(T::kUint64, text);
+    ExpectReadAsStream<long>(T::kSint64, text);
+    ExpectReadAsStream<float>(T::kReal32, text);
+    ExpectReadAsStream<double>(T::kReal64, text);
+  }
+}
+
 TEST_F(ValueTest, EqualityAndOrderGoByNullThenTypeThenBody) {
   ScopedTimeZone zone("UTC0");
   TCIMValue toOne(T::kReference, 0), toOther(T::kReference, 0), toOneAgain(T::kReference, 0);

@@ -3,7 +3,7 @@
 
 #include "ILogger.h"
 #include "TRootObject.h"
-#include "ZelUniqueFd.h"
+#include "os/ZelUniqueFd.h"
 
 #include <csignal>
 

@@ -2,7 +2,7 @@
 #include "helpers.h"
 
 #include "TCIMDateTime.h"
-#include "zeliIOHandle.h"
+#include "plugins/zeliIOHandle.h"
 
 #include <memory>
 

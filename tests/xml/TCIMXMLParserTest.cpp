@@ -228,3 +228,40 @@ TEST_F(CIMXMLParserTest, ParseValueReadsLikeTheValueTextConstructor) {
     }
   }
 }
+
+// Every element whose state is pushed is read from a document that loads: a state that stopped
+// pushing it would refuse that document. The states listed as not pushed appear in none.
+TEST_F(CIMXMLParserTest, EveryStateOfTheListIsReachedFromADocument) {
+  struct Row {
+    std::string element;
+    bool pushed;
+  };
+  const Row rows[] = {
+#define CIMXML_STATE(element, State) {element, true},
+#define CIMXML_STATE_NOT_PUSHED(element, State) {element, false},
+#include "TCIMXMLParser.def"
+#undef CIMXML_STATE
+#undef CIMXML_STATE_NOT_PUSHED
+  };
+  std::string read;
+  for (char const* name : {"qualifier-declarations.xml", "class-hierarchy-override.xml",
+                           "instances-properties.xml", "key-bindings.xml", "object-paths.xml",
+                           "request-create.xml"}) {
+    SCOPED_TRACE(name);
+    TContainer container;
+    ParseInto(container, DataText("qualifier-declarations.xml"));
+    std::string text = DataText(name);
+    ParseInto(container, text);
+    std::transform(text.begin(), text.end(), text.begin(), ::tolower);
+    read += text;
+  }
+  EXPECT_TRUE(LoggedLines().empty());
+  for (const Row& row : rows) {
+    if (row.element.empty())
+      continue;  // the document itself
+    bool found = false;
+    for (char after : {' ', '>', '/', '\n'})
+      found = found || read.find("<" + row.element + after) != std::string::npos;
+    EXPECT_EQ(found, row.pushed) << row.element;
+  }
+}

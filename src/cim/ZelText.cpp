@@ -1,0 +1,135 @@
+// Number and boolean texts read as stream extraction reads them, without the stream.
+#include "cim/ZelText.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <locale.h>
+#include <type_traits>
+
+// The white space that extraction skips first.
+static const char* SkipSpace(const char* p) {
+  while (*p == ' ' || (*p >= '\t' && *p <= '\r'))
+    ++p;
+  return p;
+}
+
+// An optional sign, then decimal digits. A minus sign negates unsigned types too, modulo
+// their range, as strtoul does; overflow gives the limit on that side.
+template <class Integer>
+static Integer ReadInteger(const char* p) {
+  typedef std::numeric_limits<Integer> Limits;
+  typedef typename std::make_unsigned<Integer>::type Unsigned;
+  p = SkipSpace(p);
+  bool negative = *p == '-';
+  if (negative || *p == '+')
+    ++p;
+  const Unsigned max = negative && Limits::is_signed
+                           ? static_cast<Unsigned>(0 - static_cast<Unsigned>(Limits::min()))
+                           : static_cast<Unsigned>(Limits::max());
+  const char* digits = p;
+  Unsigned result = 0;
+  bool overflow = false;
+  for (; *p >= '0' && *p <= '9'; ++p) {
+    Unsigned digit = static_cast<Unsigned>(*p - '0');
+    if (result > max / 10) {
+      overflow = true;
+    } else {
+      result *= 10;
+      overflow |= result > max - digit;
+      result += digit;
+    }
+  }
+  if (p == digits)
+    return 0;
+  if (overflow)
+    return negative && Limits::is_signed ? Limits::min() : Limits::max();
+  return static_cast<Integer>(negative ? static_cast<Unsigned>(0 - result) : result);
+}
+
+// short and int are read as long, then held to their range.
+template <class Integer>
+static Integer ReadNarrowInteger(const char* p) {
+  typedef std::numeric_limits<Integer> Limits;
+  long wide = ReadInteger<long>(p);
+  if (wide < Limits::min())
+    return Limits::min();
+  if (wide > Limits::max())
+    return Limits::max();
+  return static_cast<Integer>(wide);
+}
+
+// The number's characters are gathered first (sign, digits, one point, one exponent with
+// its sign) and must then convert whole: "1e" or "." reads as 0.
+template <class Real>
+static Real ReadReal(const char* p) {
+  p = SkipSpace(p);
+  std::string gathered;
+  if (*p == '+' || *p == '-')
+    gathered += *p++;
+  bool mantissa = false;
+  for (; *p == '0'; ++p) {  // leading zeros, kept once
+    if (!mantissa)
+      gathered += '0';
+    mantissa = true;
+  }
+  bool point = false, exponent = false;
+  for (;; ++p) {
+    char c = *p;
+    if (c == '.' && !point && !exponent) {
+      point = true;
+    } else if (c >= '0' && c <= '9') {
+      mantissa = true;
+    } else if ((c == 'e' || c == 'E') && mantissa && !exponent) {
+      exponent = true;
+      gathered += 'e';
+      if (p[1] != '+' && p[1] != '-')
+        continue;
+      c = *++p;
+    } else {
+      break;
+    }
+    gathered += c;
+  }
+  // The conversion itself in the "C" locale whatever the host set, as the stream's is.
+  static const locale_t kClassic = newlocale(LC_NUMERIC_MASK, "C", static_cast<locale_t>(0));
+  const char* begin = gathered.c_str();
+  char* end = 0;
+  Real value;
+  if constexpr (std::is_same<Real, float>::value)
+    value = strtof_l(begin, &end, kClassic);
+  else
+    value = strtod_l(begin, &end, kClassic);
+  if (end == begin || *end != '\0')
+    return 0;
+  if (value == std::numeric_limits<Real>::infinity())
+    return std::numeric_limits<Real>::max();
+  if (value == -std::numeric_limits<Real>::infinity())
+    return -std::numeric_limits<Real>::max();
+  return value;
+}
+
+bool ZelReadBool(const std::string& text) {
+  return std::strncmp(SkipSpace(text.c_str()), "true", 4) == 0;
+}
+
+template <> unsigned short ZelReadNumber(const std::string& text) {
+  return ReadInteger<unsigned short>(text.c_str());
+}
+template <> short ZelReadNumber(const std::string& text) {
+  return ReadNarrowInteger<short>(text.c_str());
+}
+template <> unsigned int ZelReadNumber(const std::string& text) {
+  return ReadInteger<unsigned int>(text.c_str());
+}
+template <> int ZelReadNumber(const std::string& text) {
+  return ReadNarrowInteger<int>(text.c_str());
+}
+template <> unsigned long ZelReadNumber(const std::string& text) {
+  return ReadInteger<unsigned long>(text.c_str());
+}
+template <> long ZelReadNumber(const std::string& text) {
+  return ReadInteger<long>(text.c_str());
+}
+template <> float ZelReadNumber(const std::string& text) { return ReadReal<float>(text.c_str()); }
+template <> double ZelReadNumber(const std::string& text) { return ReadReal<double>(text.c_str()); }
