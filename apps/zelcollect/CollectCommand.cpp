@@ -7,6 +7,7 @@
 #include "Format.h"
 #include "Inventory.h"
 #include "Options.h"
+#include "Redaction.h"
 #include "ResultFile.h"
 #include "Supervisor.h"
 
@@ -16,6 +17,7 @@
 #include <chrono>
 #include <iomanip>
 #include <iostream>
+#include <sstream>
 
 namespace fs = std::filesystem;
 
@@ -53,12 +55,29 @@ int RunCollect(const TOptions& options) {
   LoadSchema(schema, bundle.fSchemaDir, options.fSchemaFiles);
   TCollectionOutcome outcome = TSupervisor(options).Run(schema, pluginDir);
 
+  TPresentation presentation;
+  presentation.fFull = options.fFull;
+  presentation.fFullClasses = options.fClassNames;
+  if (options.fRedact) {
+    std::string keyFile =
+        options.fRedactKeyFile.empty() ? DefaultRedactionKeyFile() : options.fRedactKeyFile;
+    RedactContainer(schema, LoadRedactionKey(keyFile));
+    presentation.fRedacted = true;
+  }
   TInventory inventory(schema);
-  WriteInventory(std::cout, options.fFormat, inventory);
+  WriteInventory(std::cout, options.fFormat, inventory, presentation);
 
   if (!output.empty()) {
     TClock::time_point start = TClock::now();
-    WriteResultFile(output, schema);
+    EFormat resultFormat = EFormat::kXml;
+    FormatOfFile(output, resultFormat);
+    if (resultFormat == EFormat::kXml) {
+      WriteResultFile(output, schema);
+    } else {
+      std::ostringstream bytes;
+      WriteInventory(bytes, resultFormat, inventory, presentation);
+      WriteResultBytes(output, bytes.str());
+    }
     double writeMs = Milliseconds(start);
     if (options.fFormat == EFormat::kText)
       std::cout << "\nResult file  " << output << " (" << FileSize(output) << " bytes)\n";

@@ -17,13 +17,21 @@ static const char kUsage[] =
     "  -s, --schema FILE      an extra CIM-XML schema document, loaded before the plugins\n"
     "                         (repeatable)\n"
     "  -c, --class NAME       collect only this class (repeatable; default: every class)\n"
-    "  -o, --output FILE      result file; gzip when the name holds .gz\n"
-    "                         (default: inventory.xml.gz)\n"
+    "  -o, --output FILE      result file, in the format its name says: .xml, .json or\n"
+    "                         .html, gzip when it ends in .gz (default: inventory.xml.gz)\n"
     "  -n, --no-output        write no result file\n"
     "      --verify           read the result file back and compare it, with timings\n"
     "  -l, --log-file FILE    write the log to FILE\n"
     "  -L, --log-level LEVEL  error, warning, status (default), debug or verbose\n"
-    "  -f, --format FORMAT    text (default), xml or json\n"
+    "  -f, --format FORMAT    standard output in text (default), xml, json or html;\n"
+    "                         the result file's format follows its name, not -f\n"
+    "      --full             text and html: every instance of the classes of more than\n"
+    "                         50 instances too (-c CLASS shows that class whole)\n"
+    "      --redact           replace serial numbers, UUIDs, addresses, host and account\n"
+    "                         names by keyed hashes, in every output and the result file\n"
+    "      --redact-key FILE  the site key of --redact (implies it); made with mode 0600\n"
+    "                         when missing (default: /var/lib/zelcore/redact.key as root,\n"
+    "                         else ~/.config/zelcore/redact.key)\n"
     "  -h, --help             show this help\n"
     "  -V, --version          show the version\n"
     "\n"
@@ -57,7 +65,7 @@ static EFormat ParseFormat(const std::string& text) {
 }
 
 TOptions ParseOptions(int argc, char** argv) {
-  enum { kVerify = 256 };
+  enum { kVerify = 256, kFull, kRedact, kRedactKey };
   static const option kLongOptions[] = {{"plugin-dir", required_argument, 0, 'p'},
                                         {"schema", required_argument, 0, 's'},
                                         {"class", required_argument, 0, 'c'},
@@ -67,6 +75,9 @@ TOptions ParseOptions(int argc, char** argv) {
                                         {"log-file", required_argument, 0, 'l'},
                                         {"log-level", required_argument, 0, 'L'},
                                         {"format", required_argument, 0, 'f'},
+                                        {"full", no_argument, 0, kFull},
+                                        {"redact", no_argument, 0, kRedact},
+                                        {"redact-key", required_argument, 0, kRedactKey},
                                         {"help", no_argument, 0, 'h'},
                                         {"version", no_argument, 0, 'V'},
                                         {0, 0, 0, 0}};
@@ -112,6 +123,16 @@ TOptions ParseOptions(int argc, char** argv) {
     case 'f':
       options.fFormat = ParseFormat(value);
       break;
+    case kFull:
+      options.fFull = true;
+      break;
+    case kRedact:
+      options.fRedact = true;
+      break;
+    case kRedactKey:
+      options.fRedact = true;
+      options.fRedactKeyFile = value;
+      break;
     case 'h':
       options.fHelp = true;
       break;
@@ -129,6 +150,12 @@ TOptions ParseOptions(int argc, char** argv) {
     throw TUsageError("unexpected argument '" + options.fArguments[0] + "'");
   if (options.fVerify && !options.fWriteOutput)
     throw TUsageError("--verify needs a result file");
+  EFormat resultFormat;
+  if (options.fWriteOutput && !FormatOfFile(options.fOutputFile, resultFormat))
+    throw TUsageError("the name of result file '" + options.fOutputFile +
+                      "' says no format (.xml, .json or .html, optionally .gz)");
+  if (options.fVerify && resultFormat != EFormat::kXml)
+    throw TUsageError("--verify needs a CIM-XML result file (.xml or .xml.gz)");
   return options;
 }
 

@@ -23,6 +23,10 @@ struct TOptions {
   std::string fLogFile;
   zelLogSeverity fLogLevel = zelLogStatus;
   EFormat fFormat = EFormat::kText;
+  // Outputs: how much the formats for people show, and redaction.
+  bool fFull = false;
+  bool fRedact = false;
+  std::string fRedactKeyFile; ///< empty: the default key file
   bool fHelp = false;
   bool fVersion = false;
 };

@@ -13,6 +13,10 @@ namespace zelcollect {
 /// reason.
 void WriteResultFile(const std::string& path, TContainer& container);
 
+/// Writes a result file of other contents (JSON, HTML), gzip when the name ends in ".gz";
+/// throws TSetUpError with the reason.
+void WriteResultBytes(const std::string& path, const std::string& bytes);
+
 /// Reads a result file into the container; throws TSetUpError with the reason.
 void ReadResultFile(const std::string& path, TContainer& container);
 
