@@ -3,12 +3,16 @@
 ZEL_PACKAGES="cmake ninja-build g++ clang pkg-config libgtest-dev libgmock-dev libbenchmark-dev
 zlib1g-dev libboost-dev libexpat1-dev libxml2-dev libcurl4 libcurl4-openssl-dev nlohmann-json3-dev
 python3-pyftpdlib iproute2
-python3 binutils dpkg-dev mount pci.ids usb.ids"
+python3 binutils dpkg-dev mount pci.ids usb.ids libssl-dev libxml2-utils python3-jsonschema"
+# Large, and only for the tests (the HTML report opened in a browser): scripts/test.sh
+# installs them, the build does not need them.
+ZEL_TEST_PACKAGES="chromium"
 
-# Installs the packages that are missing; quiet and quick when all are there.
+# Installs the packages that are missing (default: ZEL_PACKAGES); quiet and quick when all
+# are there.
 zel_install_deps() {
   local missing=()
-  for p in $ZEL_PACKAGES; do
+  for p in ${1:-$ZEL_PACKAGES}; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "ok installed" || missing+=("$p")
   done
   if [ ${#missing[@]} -gt 0 ]; then

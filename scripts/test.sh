@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/lib.sh
 
-zel_install_deps
+zel_install_deps "$ZEL_PACKAGES $ZEL_TEST_PACKAGES"
 zel_build build -DZEL_SANITIZE=OFF
 zel_build build-asan -DZEL_SANITIZE=ON -DZEL_BUILD_BENCH=OFF
 

@@ -6,6 +6,8 @@
 #include "Format.h"
 #include "Inventory.h"
 #include "Options.h"
+#include "Redaction.h"
+#include "Redaction.h"
 #include "ResultFile.h"
 #include "Supervisor.h"
 #include "Upload.h"
@@ -46,7 +48,8 @@ static void Verify(const std::string& path, const std::string& written, double c
             << std::endl;
 }
 
-// Sends the result file, or the inventory as gzip CIM-XML when there is no such file.
+// Sends the CIM-XML result file, or the inventory as gzip CIM-XML when there is no such file
+// (none, or one in another format).
 static void Upload(const TOptions& options, const std::string& output, TContainer& schema) {
   std::string name = options.fUploadName.empty() ? DefaultUploadName(schema) : options.fUploadName;
   if (output.empty())
@@ -58,15 +61,35 @@ static void Upload(const TOptions& options, const std::string& output, TContaine
 }
 
 // In the worker: the result file first, so that a failing standard output cannot cost it,
-// then standard output.
-static int WriteResults(const TOptions& options, const std::string& output, TContainer& schema,
+// then standard output. A redacted run hashes its SENSITIVE values before either.
+static int WriteResults(const TOptions& options, const std::string& output,
+                        const std::string& redactionKey, TContainer& schema,
                         const TCollectionOutcome& outcome) {
+  TPresentation presentation;
+  presentation.fFull = options.fFull;
+  presentation.fFullClasses = options.fClassNames;
+  if (options.fRedact) {
+    RedactContainer(schema, redactionKey);
+    presentation.fRedacted = true;
+  }
+  TInventory inventory(schema);
   int status = kExitOK;
   double writeMs = 0;
+  EFormat resultFormat = EFormat::kXml;
   if (!output.empty()) {
     TClock::time_point start = TClock::now();
+    TFileSafety safety = TFileSafety::From(options);
+    if (options.fRedact)
+      safety.fNewMode = 0644; // nothing in it identifies the machine
+    FormatOfFile(output, resultFormat);
     try {
-      WriteResultFile(output, schema, TFileSafety::From(options));
+      if (resultFormat == EFormat::kXml) {
+        WriteResultFile(output, schema, safety);
+      } else {
+        std::ostringstream bytes;
+        WriteInventory(bytes, resultFormat, inventory, presentation);
+        WriteFileSafely(output, bytes.str(), IsGzipName(output), safety);
+      }
     } catch (TSetUpError& e) {
       std::cerr << "zelcollect: " << e.what() << std::endl;
       status = kExitTrouble;
@@ -74,8 +97,7 @@ static int WriteResults(const TOptions& options, const std::string& output, TCon
     writeMs = Milliseconds(start);
   }
   std::ostringstream printed;
-  TInventory inventory(schema);
-  WriteInventory(printed, options.fFormat, inventory);
+  WriteInventory(printed, options.fFormat, inventory, presentation);
   if (!output.empty() && status == kExitOK && options.fFormat == EFormat::kText)
     printed << "\nResult file  " << output << " (" << FileSize(output) << " bytes)\n";
   status = std::max(status, WriteStandardOutput(printed.str()));
@@ -84,7 +106,7 @@ static int WriteResults(const TOptions& options, const std::string& output, TCon
            outcome.fMilliseconds, writeMs);
   if (status == kExitOK && options.fUpload) {
     try {
-      Upload(options, output, schema);
+      Upload(options, resultFormat == EFormat::kXml ? output : "", schema);
     } catch (TSetUpError& e) { // the result file stays as written
       std::cerr << "zelcollect: " << e.what() << std::endl;
       status = kExitTrouble;
@@ -95,11 +117,16 @@ static int WriteResults(const TOptions& options, const std::string& output, TCon
 
 int RunCollect(const TOptions& options) {
   std::string output = options.fWriteOutput ? fs::absolute(options.fOutputFile).string() : "";
-  // Where the result goes is known to work before anything is collected.
+  // Where the result goes, and the site key of a redacted run, are known to work before
+  // anything is collected.
   if (!output.empty() && !options.fList)
     CheckWritable(output, TFileSafety::From(options));
+  std::string redactionKey;
+  if (options.fRedact && !options.fList)
+    redactionKey = LoadRedactionKey(options.fRedactKeyFile.empty() ? DefaultRedactionKeyFile()
+                                                                   : options.fRedactKeyFile);
   return TSupervisor(options).Run([&](TContainer& schema, const TCollectionOutcome& outcome) {
-    return WriteResults(options, output, schema, outcome);
+    return WriteResults(options, output, redactionKey, schema, outcome);
   });
 }
 

@@ -1,29 +1,56 @@
-// The inventory as JSON for programs: values keep their types.
+// The inventory as JSON for programs: values keep their types, units and mapped texts ride
+// along, unknown identity is null.
+#include "JsonFormat.h"
+
 #include "Format.h"
 #include "Inventory.h"
 
 #include "TCIMClass.h"
+#include "TCIMDateTime.h"
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
+#include "TCIMPropertyDecl.h"
 #include "TCIMReference.h"
 #include "TCIMValue.h"
 
-#include <nlohmann/json.hpp>
+#include <cstdio>
 
 namespace zelcollect {
 
 typedef TCIMValue::TCIMType TType;
 
-// A value with its JSON type: numbers, booleans, strings, null, arrays; date-times as their
-// CIM text, references as their path.
-static nlohmann::json JsonOf(const TCIMValue& value) {
+std::string IsoDateTime(const TCIMDateTime& dateTime) {
+  char text[80];
+  if (dateTime.IsInterval()) {
+    std::snprintf(text, sizeof text, "P%uDT%uH%uM%u.%06uS", dateTime.GetDay(),
+                  dateTime.GetHour(), dateTime.GetMinute(), dateTime.GetSecond(),
+                  dateTime.GetMicroSeconds());
+  } else {
+    int offset = dateTime.GetUTCOffset();
+    std::snprintf(text, sizeof text, "%04u-%02u-%02uT%02u:%02u:%02u.%06u%c%02d:%02d",
+                  dateTime.GetYear(), dateTime.GetMonth(), dateTime.GetDay(),
+                  dateTime.GetHour(), dateTime.GetMinute(), dateTime.GetSecond(),
+                  dateTime.GetMicroSeconds(), offset < 0 ? '-' : '+', std::abs(offset) / 60,
+                  std::abs(offset) % 60);
+  }
+  return text;
+}
+
+static nlohmann::json JsonReference(const TCIMReference& reference) {
+  nlohmann::json keys = nlohmann::json::object();
+  for (const auto& binding : reference.EnumerateKeyBindings())
+    keys[binding.first] = JsonValue(binding.second);
+  return {{"class", reference.GetClassName()}, {"keys", keys}, {"path", EscapedPath(reference)}};
+}
+
+nlohmann::json JsonValue(const TCIMValue& value) {
   if (value.IsNull())
     return nullptr;
   if (value.IsArray()) {
     nlohmann::json elements = nlohmann::json::array();
-    TCIMValue copy(value);
+    TCIMValue copy(value); // The element view is not const.
     for (const TCIMValue& element : static_cast<std::vector<TCIMValue>&>(copy))
-      elements.push_back(JsonOf(element));
+      elements.push_back(JsonValue(element));
     return elements;
   }
   switch (static_cast<TType::ECIMType>(value.GetType())) {
@@ -43,42 +70,71 @@ static nlohmann::json JsonOf(const TCIMValue& value) {
     return static_cast<float>(value);
   case TType::kReal64:
     return static_cast<double>(value);
-  default: // strings, date-times, references
-    return value.ToString(10);
+  case TType::kDateTime:
+    return IsoDateTime(static_cast<TCIMDateTime>(value));
+  case TType::kReference:
+    return JsonReference(static_cast<TCIMReference>(value));
+  default: // strings
+    return static_cast<std::string>(value);
   }
 }
 
-void WriteJson(std::ostream& out, const TInventory& inventory) {
-  nlohmann::json report;
-  report["classes"] = nlohmann::json::array();
+static std::string TypeName(const TCIMValue& declared) {
+  TType element = TType::ECIMType(declared.GetType() & ~TType::kArray);
+  return element.ToString() + (declared.IsArray() ? "[]" : "");
+}
+
+static nlohmann::json OrNull(const std::string& text) {
+  return text.empty() ? nlohmann::json(nullptr) : nlohmann::json(text);
+}
+
+nlohmann::json JsonProperty(const TCIMProperty& property) {
+  TCIMValue value = property.GetValue();
+  nlohmann::json entry = {{"type", TypeName(property.GetDeclaration().GetValue())},
+                          {"value", JsonValue(value)},
+                          {"unit", OrNull(UnitOf(property))},
+                          {"display", DisplayText(property)}};
+  if (HasValueMap(property))
+    entry["mapped"] = value.IsNull() ? nlohmann::json(nullptr) : nlohmann::json(property.ToString());
+  return entry;
+}
+
+nlohmann::json JsonDocument(const TInventory& inventory, const TPresentation& how) {
+  nlohmann::json identity = nlohmann::json::object();
+  for (const TIdentityField& field : inventory.GetIdentity())
+    identity[field.fKey] = field.fValue ? nlohmann::json(*field.fValue) : nlohmann::json(nullptr);
+  nlohmann::json classes = nlohmann::json::array();
   for (TCIMClass* cls : inventory.GetClasses()) {
-    nlohmann::json entry;
-    entry["name"] = cls->GetName();
-    entry["plugin"] = QualifierText(*cls, "PLUGINNAME");
-    entry["version"] = QualifierText(*cls, "PLUGINVERSION");
-    entry["instances"] = nlohmann::json::array();
+    nlohmann::json instances = nlohmann::json::array();
     for (TCIMInstance* instance : cls->EnumerateInstances(false)) {
-      nlohmann::json item;
-      item["path"] = instance->BuildPath().GetPath();
-      item["properties"] = nlohmann::json::object();
-      item["display"] = nlohmann::json::object();
-      for (const TCIMProperty* property : instance->EnumerateProperties()) {
-        item["properties"][property->GetName()] = JsonOf(property->GetValue());
-        item["display"][property->GetName()] = DisplayText(*property);
-      }
-      entry["instances"].push_back(item);
+      TCIMReference path = instance->BuildPath();
+      nlohmann::json keys = nlohmann::json::object();
+      for (const auto& binding : path.EnumerateKeyBindings())
+        keys[binding.first] = JsonValue(binding.second);
+      nlohmann::json properties = nlohmann::json::object();
+      for (const TCIMProperty* property : instance->EnumerateProperties())
+        properties[property->GetName()] = JsonProperty(*property);
+      instances.push_back(
+          {{"path", EscapedPath(path)}, {"keys", keys}, {"properties", properties}});
     }
-    report["classes"].push_back(entry);
+    classes.push_back({{"name", cls->GetName()},
+                       {"plugin", OrNull(QualifierText(*cls, "PLUGINNAME"))},
+                       {"pluginVersion", OrNull(QualifierText(*cls, "PLUGINVERSION"))},
+                       {"association", cls->IsAssociation()},
+                       {"instanceCount", instances.size()},
+                       {"instances", instances}});
   }
-  const TIdentity& identity = inventory.GetIdentity();
-  report["identity"] = {{"name", identity.fName},
-                        {"machineTypeModel", identity.fMachineTypeModel},
-                        {"serialNumber", identity.fSerialNumber},
-                        {"operatingSystem", identity.fOperatingSystem},
-                        {"operatingSystemVersion", identity.fOperatingSystemVersion},
-                        {"operatingSystemType", identity.fOperatingSystemType},
-                        {"dataSourceVersion", identity.fDataSourceVersion}};
-  out << report.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << std::endl;
+  return {{"format", "zelcollect inventory"},
+          {"formatVersion", 1},
+          {"redacted", how.fRedacted},
+          {"collected", JsonValue(inventory.GetCollected())},
+          {"identity", identity},
+          {"classes", classes}};
+}
+
+void WriteJson(std::ostream& out, const TInventory& inventory, const TPresentation& how) {
+  out << JsonDocument(inventory, how).dump(1, ' ', false, nlohmann::json::error_handler_t::replace)
+      << std::endl;
 }
 
 } // namespace zelcollect

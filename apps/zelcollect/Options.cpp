@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <cstdlib>
 
+#include <filesystem>
+
 #include <getopt.h>
 
 namespace zelcollect {
@@ -28,14 +30,22 @@ static const char kUsage[] =
     "                         association also the classes at its ends\n"
     "  -x, --exclude NAME     leave this class out (repeatable)\n"
     "      --list             list the plugins and the classes they collect, and stop\n"
-    "  -o, --output FILE      result file; gzip when the name holds .gz\n"
-    "                         (default: inventory.xml.gz)\n"
+    "  -o, --output FILE      result file, in the format its name says: .xml, .json or\n"
+    "                         .html, gzip when it ends in .gz (default: inventory.xml.gz)\n"
     "  -n, --no-output        write no result file\n"
     "      --verify           read the result file back and compare it, with timings\n"
     "  -l, --log-file FILE    write the log to FILE\n"
     "  -L, --log-level LEVEL  error, warning, status (default), debug or verbose;\n"
     "                         without -l the log goes to standard error\n"
-    "  -f, --format FORMAT    text (default), xml or json\n"
+    "  -f, --format FORMAT    standard output in text (default), xml, json or html;\n"
+    "                         the result file's format follows its name, not -f\n"
+    "      --full             text and html: every instance of the classes of more than\n"
+    "                         50 instances too (-c CLASS shows that class whole)\n"
+    "      --redact           replace serial numbers, UUIDs, addresses, host and account\n"
+    "                         names by keyed hashes, in every output and the result file\n"
+    "      --redact-key FILE  the site key of --redact (implies it); made with mode 0600\n"
+    "                         when missing (default: /var/lib/zelcore/redact.key as root,\n"
+    "                         else ~/.config/zelcore/redact.key)\n"
     "      --timeout SECONDS  time allowed to each call of a plugin (default: 120)\n"
     "      --allow-unsafe-plugins\n"
     "                         load plugins and schema documents that others could have\n"
@@ -93,7 +103,18 @@ static EFormat ParseFormat(const std::string& text) {
 }
 
 TOptions ParseOptions(int argc, char** argv) {
-  enum { kVerify = 256, kList, kNoBundled, kTimeout, kAllowUnsafe, kFollowSymlinks, kUpload };
+  enum {
+    kVerify = 256,
+    kList,
+    kNoBundled,
+    kTimeout,
+    kAllowUnsafe,
+    kFollowSymlinks,
+    kUpload,
+    kFull,
+    kRedact,
+    kRedactKey
+  };
   static const option kLongOptions[] = {{"plugin-dir", required_argument, 0, 'p'},
                                         {"schema", required_argument, 0, 's'},
                                         {"class", required_argument, 0, 'c'},
@@ -104,6 +125,9 @@ TOptions ParseOptions(int argc, char** argv) {
                                         {"log-level", required_argument, 0, 'L'},
                                         {"format", required_argument, 0, 'f'},
                                         {"upload", optional_argument, 0, kUpload},
+                                        {"full", no_argument, 0, kFull},
+                                        {"redact", no_argument, 0, kRedact},
+                                        {"redact-key", required_argument, 0, kRedactKey},
                                         {"help", no_argument, 0, 'h'},
                                         {"version", no_argument, 0, 'V'},
                                         {"exclude", required_argument, 0, 'x'},
@@ -160,6 +184,16 @@ TOptions ParseOptions(int argc, char** argv) {
     case 'f':
       options.fFormat = ParseFormat(value);
       break;
+    case kFull:
+      options.fFull = true;
+      break;
+    case kRedact:
+      options.fRedact = true;
+      break;
+    case kRedactKey:
+      options.fRedact = true;
+      options.fRedactKeyFile = value;
+      break;
     case 'h':
       options.fHelp = true;
       break;
@@ -199,6 +233,14 @@ TOptions ParseOptions(int argc, char** argv) {
     throw TUsageError("--no-bundled needs a plugin directory (-p)");
   if (options.fVerify && !options.fWriteOutput)
     throw TUsageError("--verify needs a result file");
+  EFormat resultFormat = EFormat::kXml;
+  // A directory given as the file is told as such when the collection checks where it writes.
+  if (options.fWriteOutput && !FormatOfFile(options.fOutputFile, resultFormat) &&
+      !std::filesystem::is_directory(options.fOutputFile))
+    throw TUsageError("the name of result file '" + options.fOutputFile +
+                      "' says no format (.xml, .json or .html, optionally .gz)");
+  if (options.fVerify && resultFormat != EFormat::kXml)
+    throw TUsageError("--verify needs a CIM-XML result file (.xml or .xml.gz)");
   return options;
 }
 

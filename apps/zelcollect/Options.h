@@ -24,6 +24,10 @@ struct TOptions {
   EFormat fFormat = EFormat::kText;
   bool fUpload = false;   ///< send the result to the collection server
   std::string fUploadName; ///< empty: host and collection time
+  // Outputs: how much the formats for people show, and redaction.
+  bool fFull = false;
+  bool fRedact = false;
+  std::string fRedactKeyFile; ///< empty: the default key file
   bool fHelp = false;
   bool fVersion = false;
 

@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 
 #include <fcntl.h>
@@ -166,6 +167,7 @@ int WriteStandardOutput(const std::string& text) {
   std::cerr << "zelcollect: cannot write standard output: " << Reason(errno) << std::endl;
   return kExitTrouble;
 }
+
 
 void ReadResultFile(const std::string& path, TContainer& container) {
   try {

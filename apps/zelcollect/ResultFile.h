@@ -46,7 +46,7 @@ void WriteResultFile(const std::string& path, TContainer& container, const TFile
 /// ("cannot write standard output: Broken pipe") and returns kExitTrouble, else kExitOK.
 int WriteStandardOutput(const std::string& text);
 
-/// Reads a result file into the container; throws TSetUpError with the reason.
+
 void ReadResultFile(const std::string& path, TContainer& container);
 
 /// The file's size in bytes; -1 when it cannot be told.

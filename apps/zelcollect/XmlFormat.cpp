@@ -6,7 +6,7 @@
 
 namespace zelcollect {
 
-void WriteXml(std::ostream& out, const TInventory& inventory) {
+void WriteXml(std::ostream& out, const TInventory& inventory, const TPresentation&) {
   out << TCIMXMLWriter::Write(inventory.GetContainer(), TCIMXMLWriter::eClassesWithInstances);
 }
 

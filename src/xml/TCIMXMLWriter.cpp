@@ -102,7 +102,16 @@ static void AppendKeyBindings(std::string& out, const TCIMReference& reference) 
     if (key->second.IsReference()) {
       AppendReference(out, static_cast<TCIMReference>(key->second));
     } else {
-      out += "<KEYVALUE>";
+      // VALUETYPE and TYPE as the CIM-XML DTD asks; the reader takes the type from the
+      // key property's declaration and ignores both.
+      T type = ElementType(key->second);
+      out += "<KEYVALUE";
+      AppendAttribute(out, "VALUETYPE",
+                      type == T::kString || type == T::kDateTime ? "string"
+                      : type == T::kBoolean                      ? "boolean"
+                                                                 : "numeric");
+      AppendAttribute(out, "TYPE", type.ToString());
+      out += ">";
       AppendText(out, ScalarText(key->second));
       out += "</KEYVALUE>";
     }

@@ -86,12 +86,12 @@ if ! unshare --mount true 2> /dev/null; then
   echo "SKIPPED: running the installed collector needs a mount namespace for /proc (unshare)"
   exit 0
 fi
-unshare --mount sh -c 'mount -t proc proc "$1/proc" && exec chroot "$1" /usr/bin/zelcollect -n' \
+unshare --mount sh -c 'mount -t proc proc "$1/proc" && exec chroot "$1" /usr/bin/zelcollect -n -f xml' \
   - "$root" > "$work/out.txt" 2> "$work/err.txt" ||
   { echo "zelcollect -n failed:"; cat "$work/err.txt"; exit 1; }
-grep -qx 'KAPLA_OperatingSystem  (1 instance, plugin OperatingSystem 1.0.0)' "$work/out.txt" ||
+grep -q '<INSTANCE CLASSNAME="KAPLA_OperatingSystem">' "$work/out.txt" ||
   { echo "no operating system in the inventory:"; cat "$work/out.txt" "$work/err.txt"; exit 1; }
 # Its software plugin reads the fresh root's dpkg records, where zelcore is installed.
-grep -q 'KAPLA_SoftwarePackage.*Name="zelcore"' "$work/out.txt" ||
+grep -q '<PROPERTY NAME="Name" TYPE="string"><VALUE>zelcore</VALUE>' "$work/out.txt" ||
   { echo "the fresh root's packages are not in the inventory:"; cat "$work/out.txt"; exit 1; }
 echo "package installed and run OK"

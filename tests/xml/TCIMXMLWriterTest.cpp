@@ -6,6 +6,9 @@
 #include "TCIMDateTime.h"
 #include "TCIMXMLWriter.h"
 
+#include <cstdlib>
+#include <fstream>
+
 #include <zlib.h>
 
 class CIMXMLWriterTest : public ZelTest {
@@ -186,4 +189,38 @@ TEST_F(CIMXMLWriterTest, AnUnwritablePathIsLoggedAndThrown) {
   }
   EXPECT_ZEL_THROW(TCIMXMLWriter::WriteFile("/dev/full", fContainer), zelStatusFileSystemError);
   EXPECT_LOGGED("ZEL_Core: [Error] TCIMXMLWriter: couldn't write '/dev/full'");
+}
+
+// The written documents are valid CIM-XML: checked by xmllint against the DTD's declarations
+// (tests/xml/data/cim-2.4-subset.dtd), key values with their types included.
+TEST_F(CIMXMLWriterTest, WrittenDocumentsAreValidAgainstTheCIMXMLDTD) {
+  if (std::system("command -v xmllint >/dev/null 2>&1") != 0)
+    GTEST_SKIP() << "xmllint is not installed (package libxml2-utils)";
+  Load(fContainer, {"qualifier-declarations.xml", "class-hierarchy-override.xml",
+                    "instances-properties.xml", "key-bindings.xml", "object-paths.xml"});
+  std::string written = TCIMXMLWriter::Write(fContainer);
+  for (const char* keyValue : {"<KEYVALUE VALUETYPE=\"string\" TYPE=\"string\">",
+                               "<KEYVALUE VALUETYPE=\"numeric\" TYPE=\"uint16\">80<"})
+    EXPECT_NE(written.find(keyValue), std::string::npos) << keyValue;
+  TCIMXMLWriter::WriteFile(TempPath("written.xml.gz"), fContainer);
+  std::string dtd = ZEL_TEST_DATA_DIR "/cim-2.4-subset.dtd";
+  for (const std::string& document :
+       {TempPath("written.xml.gz"), std::string(ZEL_TEST_DATA_DIR "/written-in-order.xml")}) {
+    std::string errors = TempPath("xmllint.err");
+    int status = std::system(("xmllint --noout --dtdvalid '" + dtd + "' '" + document + "' 2>'" +
+                              errors + "'").c_str());
+    EXPECT_EQ(status, 0) << document;
+    EXPECT_EQ(FileText(errors), "") << document;
+  }
+  // A key value without its type is what the DTD refuses.
+  std::string untyped = written;
+  size_t at = untyped.find(" VALUETYPE=\"string\" TYPE=\"string\"");
+  untyped.erase(at, std::string(" VALUETYPE=\"string\" TYPE=\"string\"").size());
+  std::ofstream(TempPath("untyped.xml")) << untyped;
+  int status = std::system(("xmllint --noout --dtdvalid '" + dtd + "' '" + TempPath("untyped.xml") +
+                            "' 2>'" + TempPath("xmllint.err") + "'").c_str());
+  EXPECT_NE(status, 0);
+  EXPECT_NE(FileText(TempPath("xmllint.err"))
+                .find("Element KEYVALUE does not carry attribute TYPE"),
+            std::string::npos);
 }
