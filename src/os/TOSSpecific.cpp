@@ -28,7 +28,7 @@ struct ZelDirCloser {
 } // namespace
 
 // Entry names of a directory in listing order, without "." and "..".
-static std::vector<std::string> ZelReadEntryNames(std::string const& directory) {
+static std::vector<std::string> ReadEntryNames(std::string const& directory) {
   std::unique_ptr<DIR, ZelDirCloser> dir(::opendir(directory.c_str()));
   if (!dir)
     throw TZELException(zelStatusFileSystemError);
@@ -42,13 +42,13 @@ static std::vector<std::string> ZelReadEntryNames(std::string const& directory) 
 
 std::vector<std::string> TOSSpecific::FindPlugins(std::string directory) {
   std::vector<std::string> plugins;
-  for (std::string const& name : ZelReadEntryNames(directory)) {
+  for (std::string const& name : ReadEntryNames(directory)) {
     struct stat status;
     // The bare name on purpose: the search is meant to run from inside the plugin directory.
     if (::stat(name.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
       continue;
     std::string subdirectory = directory + kFileSeparator + name;
-    for (std::string const& file : ZelReadEntryNames(subdirectory)) {
+    for (std::string const& file : ReadEntryNames(subdirectory)) {
       // A substring test on purpose: libx.pi.so.bak is listed too.
       if (file.find(kPluginExtension) != std::string::npos)
         plugins.push_back(subdirectory + kFileSeparator + file);
@@ -111,7 +111,7 @@ bool TOSSpecific::FileExists(std::string path) {
 }
 
 std::vector<std::string> TOSSpecific::ListDir(std::string directory) {
-  return ZelReadEntryNames(directory);
+  return ReadEntryNames(directory);
 }
 
 void TOSSpecific::FileCopy(std::string source, std::string destination) {

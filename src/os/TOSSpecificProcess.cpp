@@ -12,7 +12,7 @@
 #include <unistd.h>
 
 // Waits for the child, retrying when a signal interrupts the wait.
-static pid_t ZelWaitChild(pid_t child, int* status) {
+static pid_t WaitChild(pid_t child, int* status) {
   pid_t ended;
   do
     ended = ::waitpid(child, status, 0);
@@ -85,10 +85,10 @@ int TOSSpecific::SpawnProcess(std::string command, std::vector<std::string> argu
   } catch (...) {
     // Reap the child even when its output is lost, so no zombie is left behind.
     readEnd.Close();
-    ZelWaitChild(child, &status);
+    WaitChild(child, &status);
     throw;
   }
-  if (ZelWaitChild(child, &status) < 0)
+  if (WaitChild(child, &status) < 0)
     ZelFail(zelStatusFail, "ERROR: SpawnProcess - waitpid call failed");
   if (WIFSIGNALED(status))
     ZelFail(zelStatusFail, "ERROR: SpawnProcess - child terminated abnormally");

@@ -62,7 +62,7 @@ struct ZelCurlUpload {
 
 // Looks one entry point up; the loader's error state decides, as a symbol may be null.
 template <class Function>
-static void ZelLookUp(void* library, char const* name, Function*& function) {
+static void LookUp(void* library, char const* name, Function*& function) {
   ::dlerror();
   function = reinterpret_cast<Function*>(::dlsym(library, name));
   if (char const* error = ::dlerror())
@@ -70,7 +70,7 @@ static void ZelLookUp(void* library, char const* name, Function*& function) {
             std::string("TOSSpecific|FTPFile: Error loading curl library: ") + error);
 }
 
-static void ZelCheckOption(int result, char const* message) {
+static void CheckOption(int result, char const* message) {
   if (result != 0)
     ZelFail(zelStatusLibCurlFailure, message);
 }
@@ -84,12 +84,12 @@ bool TOSSpecific::FTPFile(std::string localPath, std::string remoteName) {
   if (!upload.fLibrary)
     ZelFail(zelStatusLibCurlFailure,
             std::string("TOSSpecific|FTPFile: Error opening curl library: ") + ::dlerror());
-  ZelLookUp(upload.fLibrary, "curl_global_init", upload.fGlobalInit);
-  ZelLookUp(upload.fLibrary, "curl_easy_init", upload.fEasyInit);
-  ZelLookUp(upload.fLibrary, "curl_easy_setopt", upload.fEasySetopt);
-  ZelLookUp(upload.fLibrary, "curl_easy_perform", upload.fEasyPerform);
-  ZelLookUp(upload.fLibrary, "curl_easy_cleanup", upload.fEasyCleanup);
-  ZelLookUp(upload.fLibrary, "curl_global_cleanup", upload.fGlobalCleanup);
+  LookUp(upload.fLibrary, "curl_global_init", upload.fGlobalInit);
+  LookUp(upload.fLibrary, "curl_easy_init", upload.fEasyInit);
+  LookUp(upload.fLibrary, "curl_easy_setopt", upload.fEasySetopt);
+  LookUp(upload.fLibrary, "curl_easy_perform", upload.fEasyPerform);
+  LookUp(upload.fLibrary, "curl_easy_cleanup", upload.fEasyCleanup);
+  LookUp(upload.fLibrary, "curl_global_cleanup", upload.fGlobalCleanup);
 
   // The size is read but not passed on: the server takes the stream to its end.
   ZelUniqueFd file(::open(localPath.c_str(), O_RDONLY));
@@ -107,14 +107,14 @@ bool TOSSpecific::FTPFile(std::string localPath, std::string remoteName) {
   if (!upload.fEasy)
     ZelFail(zelStatusLibCurlFailure, "TOSSpecific|FTPFile: Error initalizing curl");
 
-  ZelCheckOption(upload.fEasySetopt(upload.fEasy, kCurlOptErrorBuffer, upload.fError),
-                 "TOSSpecific|FTPFile: Error configuring curl error buffer");
-  ZelCheckOption(upload.fEasySetopt(upload.fEasy, kCurlOptUpload, 1L),
-                 "TOSSpecific|FTPFile: Error setting curl upload");
-  ZelCheckOption(upload.fEasySetopt(upload.fEasy, kCurlOptUrl, target.c_str()),
-                 "TOSSpecific|FTPFile: Error setting curl target");
-  ZelCheckOption(upload.fEasySetopt(upload.fEasy, kCurlOptReadData, upload.fStream),
-                 "TOSSpecific|FTPFile: Error setting curl upload file");
+  CheckOption(upload.fEasySetopt(upload.fEasy, kCurlOptErrorBuffer, upload.fError),
+              "TOSSpecific|FTPFile: Error configuring curl error buffer");
+  CheckOption(upload.fEasySetopt(upload.fEasy, kCurlOptUpload, 1L),
+              "TOSSpecific|FTPFile: Error setting curl upload");
+  CheckOption(upload.fEasySetopt(upload.fEasy, kCurlOptUrl, target.c_str()),
+              "TOSSpecific|FTPFile: Error setting curl target");
+  CheckOption(upload.fEasySetopt(upload.fEasy, kCurlOptReadData, upload.fStream),
+              "TOSSpecific|FTPFile: Error setting curl upload file");
 
   int result = upload.fEasyPerform(upload.fEasy);
   if (result == kCurlCouldntResolveHost || result == kCurlCouldntConnect)

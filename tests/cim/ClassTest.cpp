@@ -1,5 +1,5 @@
 // Classes: inheritance, override rules, keys, subclasses, instances by path, associations.
-#include "helpers.h"
+#include "SchemaHelpers.h"
 
 typedef std::vector<TCIMClass*> TClasses;
 

@@ -1,7 +1,7 @@
 // Display texts of property values under the display qualifiers of a real class.
 #include "cim/TCIMPropertyImpl.h"
 
-#include "helpers.h"
+#include "SchemaHelpers.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Instances: properties, collection stamp, keys, paths, order and associations.
-#include "helpers.h"
+#include "SchemaHelpers.h"
 
 class InstanceTest : public SchemaTest {
 protected:

@@ -1,5 +1,5 @@
 // Properties: own and previous values, defaults, and the type and referenced-class checks.
-#include "helpers.h"
+#include "SchemaHelpers.h"
 
 class PropertyTest : public SchemaTest {
 protected:

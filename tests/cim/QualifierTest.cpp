@@ -1,5 +1,5 @@
 // Qualifier declarations, qualifiers, and the override rule of their holders.
-#include "helpers.h"
+#include "SchemaHelpers.h"
 
 class QualifierTest : public ZelTest {
 protected:

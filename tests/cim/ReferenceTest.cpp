@@ -1,5 +1,5 @@
 // References: building, path text, resolution, reference values and the C functions.
-#include "helpers.h"
+#include "SchemaHelpers.h"
 
 #include "TCIMDateTime.h"
 #include "plugins/cwrappers.h"

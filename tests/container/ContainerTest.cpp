@@ -1,5 +1,5 @@
 // The container: name normalisation, registries, the root class and the diff state.
-#include "../cim/helpers.h"
+#include "SchemaHelpers.h"
 #include "ILogger.h"
 #include "container/TContainerImpl.h"
 #include "TRootObject.h"

@@ -1,5 +1,5 @@
 // Loading a container from real plain and gzip files (made here with zlib), and failures.
-#include "../cim/helpers.h"
+#include "SchemaHelpers.h"
 
 #include <fstream>
 #include <zlib.h>

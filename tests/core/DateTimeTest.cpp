@@ -2,7 +2,7 @@
 #include "ZelTest.h"
 
 #include "TCIMDateTime.h"
-#include "helpers.h"
+#include "ScopedTimeZone.h"
 
 namespace {
 

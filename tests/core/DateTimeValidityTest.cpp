@@ -4,7 +4,7 @@
 #include "ZelTest.h"
 
 #include "TCIMDateTime.h"
-#include "helpers.h"
+#include "ScopedTimeZone.h"
 
 #include <cstdio>
 

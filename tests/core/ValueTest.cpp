@@ -1,9 +1,11 @@
 // TCIMValue: types and their names, strict access, parsing, text, arrays, comparison, copies.
 #include "ZelTest.h"
 
+#include "TCIMClass.h"
 #include "TCIMDateTime.h"
 #include "TCIMValue.h"
-#include "helpers.h"
+#include "TContainer.h"
+#include "ScopedTimeZone.h"
 
 #include <climits>
 #include <cmath>
@@ -14,13 +16,28 @@ typedef TCIMValue::TCIMType T;
 
 namespace {
 
-class ValueTest : public ZelTest {};
+// Values only point to their classes: real ones, never registered.
+class ValueTest : public ZelTest {
+protected:
+  TCIMValue Parse(T type, std::string text) { return TCIMValue(type, text, fContainer); }
+
+  // Stream extraction itself is the reference: every odd text must read the same.
+  template <class Native, class Read = Native>
+  void ExpectReadAsStream(T type, std::string const& text) {
+    std::istringstream in(text);
+    Read expected = Read();
+    in >> std::boolalpha >> expected;
+    EXPECT_EQ(static_cast<Native>(Parse(type, text)), static_cast<Native>(expected))
+        << "type " << type << " text '" << text << "'";
+  }
+
+  TContainer fContainer;
+  TCIMClass fOne{fContainer, "One", nullptr};
+  TCIMClass fTwo{fContainer, "Two", nullptr};
+  TCIMClass fThree{fContainer, "Three", nullptr};
+};
 
 std::vector<TCIMValue> Elements(std::initializer_list<TCIMValue> values) { return values; }
-
-TCIMValue Parse(T type, std::string text) {
-  return TCIMValue(type, text, Placeholder<TContainer>(0));
-}
 
 TCIMValue U8(int n) { return TCIMValue(static_cast<unsigned char>(n)); }
 TCIMValue S16(int n) { return TCIMValue(static_cast<short>(n)); }
@@ -121,7 +138,7 @@ TEST_F(ValueTest, ArraysPrintTheirElementsAndRefuseForeignOnes) {
 }
 
 TEST_F(ValueTest, ScalarSettersReplaceTypeAndBodyButKeepClassAndSize) {
-  TCIMClass& someClass = Placeholder<TCIMClass>(1);
+  TCIMClass& someClass = fOne;
   TCIMValue value(T::kUint8, 4);
   value.SetReferencedClass(someClass);
   value.Set(TCIMDateTime(0, 0, 0, 1, 0));
@@ -130,7 +147,7 @@ TEST_F(ValueTest, ScalarSettersReplaceTypeAndBodyButKeepClassAndSize) {
   EXPECT_EQ(value.GetMaxArraySize(), 4u);
 
   // The class may only be set while the value is NULL, and stays as it was.
-  EXPECT_ZEL_THROW(value.SetReferencedClass(Placeholder<TCIMClass>(2)),
+  EXPECT_ZEL_THROW(value.SetReferencedClass(fTwo),
                    zelStatusInvalidOpSequence);
   EXPECT_EQ(value.GetReferencedClass(), &someClass);
 
@@ -153,16 +170,6 @@ TEST_F(ValueTest, TextIsReadByStreamExtractionOfTheType) {
   EXPECT_ZEL_THROW(Parse(static_cast<T::ECIMType>(T::kUint8 | T::kArray), "1"),
                    zelStatusTypeMismatch);
   EXPECT_ZEL_THROW(Parse(T::kDateTime, "1"), zelStatusInvalidDateTime);
-}
-
-// Stream extraction itself is the reference: every odd text must read the same.
-template <class Native, class Read = Native>
-void ExpectReadAsStream(T type, std::string const& text) {
-  std::istringstream in(text);
-  Read expected = Read();
-  in >> std::boolalpha >> expected;
-  EXPECT_EQ(static_cast<Native>(Parse(type, text)), static_cast<Native>(expected))
-      << "type " << type << " text '" << text << "'";
 }
 
 TEST_F(ValueTest, NumbersAndBooleansReadExactlyAsStreamExtractionReadsThem) {
@@ -196,9 +203,9 @@ TEST_F(ValueTest, NumbersAndBooleansReadExactlyAsStreamExtractionReadsThem) {
 TEST_F(ValueTest, EqualityAndOrderGoByNullThenTypeThenBody) {
   ScopedTimeZone zone("UTC0");
   TCIMValue toOne(T::kReference, 0), toOther(T::kReference, 0), toOneAgain(T::kReference, 0);
-  toOne.SetReferencedClass(Placeholder<TCIMClass>(1));
-  toOneAgain.SetReferencedClass(Placeholder<TCIMClass>(1));
-  toOther.SetReferencedClass(Placeholder<TCIMClass>(2));
+  toOne.SetReferencedClass(fOne);
+  toOneAgain.SetReferencedClass(fOne);
+  toOther.SetReferencedClass(fTwo);
   TCIMValue pair(T::kSint16, 0, Elements({S16(1), S16(2)}));
   TCIMValue nan(std::nan("")), withNul(std::string("a\0b", 3));
   struct Row {
@@ -257,16 +264,16 @@ TEST_F(ValueTest, CopiesAreDeepUnlessTheSourceIsEqual) {
   EXPECT_EQ(assigned.ToString(10), "{ a, b }");
 
   TCIMValue reference(T::kReference, 0);
-  reference.SetReferencedClass(Placeholder<TCIMClass>(3));
-  EXPECT_EQ(TCIMValue(reference).GetReferencedClass(), &Placeholder<TCIMClass>(3));
+  reference.SetReferencedClass(fThree);
+  EXPECT_EQ(TCIMValue(reference).GetReferencedClass(), &fThree);
 
   // An equal source leaves the target's class and bound as they were.
   TCIMValue target(T::kUint8, 5);
-  target.SetReferencedClass(Placeholder<TCIMClass>(1));
+  target.SetReferencedClass(fOne);
   target.Set(T::kUint8, 5, Elements({U8(1)}));
   target = TCIMValue(T::kUint8, 9, Elements({U8(1)}));
   EXPECT_EQ(target.GetMaxArraySize(), 5u);
-  EXPECT_EQ(target.GetReferencedClass(), &Placeholder<TCIMClass>(1));
+  EXPECT_EQ(target.GetReferencedClass(), &fOne);
   target = TCIMValue(T::kUint8, 9, Elements({U8(2)}));
   EXPECT_EQ(target.GetMaxArraySize(), 9u);
   EXPECT_EQ(target.ToString(10), "{ 2 }");

@@ -141,6 +141,7 @@ TEST_F(LoggerTest, UnopenableFilesThrowTheirReason) {
   Log().OutputLogEntry(nullptr, zelLogError, std::string("lost"));
   EXPECT_EQ(Log().GetLog().back().fText, "lost");
   // Read-only even for root; sysfs answers a write open with EACCES.
-  if (access("/sys/kernel/notes", F_OK) == 0)
-    EXPECT_ZEL_THROW(Log().SetLogFilename("/sys/kernel/notes"), zelStatusAccessDenied);
+  if (access("/sys/kernel/notes", F_OK) != 0)
+    GTEST_SKIP() << "no /sys/kernel/notes here: no file refuses a write open by root";
+  EXPECT_ZEL_THROW(Log().SetLogFilename("/sys/kernel/notes"), zelStatusAccessDenied);
 }

@@ -1,6 +1,6 @@
 // Local time, host name, current directory, sleeping and the administrator test, each
 // against the system's own answer.
-#include "../core/helpers.h"
+#include "ScopedTimeZone.h"
 #include "helpers.h"
 
 #include <chrono>
@@ -45,7 +45,9 @@ TEST_F(TimeAndIdentityTest, HostNameCurrentDirectorySleepAndRights) {
   EXPECT_GE(slept, std::chrono::milliseconds(5));
   EXPECT_LT(slept, std::chrono::milliseconds(1000));
 
-  // IsAdmin follows the real user id.
-  EXPECT_EQ(TOSSpecific::IsAdmin(), ::getuid() == 0);
+  // Root is the administrator, nobody is not.
+  if (::getuid() != 0)
+    GTEST_SKIP() << "not root: no administrator to compare with nobody";
+  EXPECT_TRUE(TOSSpecific::IsAdmin());
   EXPECT_EQ(AsNobody(TOSSpecific::IsAdmin), 0);
 }

@@ -1,5 +1,5 @@
 /* A plugin that fails half-way: one instance, then a failing status. */
-#include "../../plugins/testplugins/testplugin.h"
+#include "testplugin.h"
 
 GET_DATA(GetData) {
   (void)self;

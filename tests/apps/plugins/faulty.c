@@ -2,7 +2,7 @@
  * FAULT_SEGV dereferences NULL, FAULT_ABORT calls abort(), FAULT_SLEEP sleeps forever,
  * in GetData of pass FAULT_PASS (1 ordinary classes, 2 associations); FAULT_INIT_HANG
  * sleeps forever in Init. Otherwise it collects one PREFIX_Part named "kept". */
-#include "../../plugins/testplugins/testplugin.h"
+#include "testplugin.h"
 
 #include <stdlib.h>
 #include <unistd.h>

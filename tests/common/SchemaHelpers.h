@@ -1,6 +1,6 @@
 // Schema builders shared by the object-model and container tests.
-#ifndef CIM_HELPERS_H
-#define CIM_HELPERS_H
+#ifndef SCHEMAHELPERS_H
+#define SCHEMAHELPERS_H
 
 #include "TCIMClass.h"
 #include "TCIMInstance.h"

@@ -1,7 +1,6 @@
-// Helpers of the core tests: a fixed time zone for one scope, and stand-ins for the objects
-// that a value only points to.
-#ifndef CORE_HELPERS_H
-#define CORE_HELPERS_H
+// A fixed time zone for one scope, for the suites that read local time.
+#ifndef SCOPEDTIMEZONE_H
+#define SCOPEDTIMEZONE_H
 
 #include <cstdlib>
 #include <optional>
@@ -25,13 +24,5 @@ public:
 private:
   std::optional<std::string> fOld;
 };
-
-/// A distinct address standing in for a class or container that the code under test only
-/// stores or passes on, never touches.
-template <class Object>
-Object& Placeholder(int index) {
-  static double storage[4];
-  return *reinterpret_cast<Object*>(&storage[index]);
-}
 
 #endif
