@@ -8,6 +8,7 @@
 #include "Inventory.h"
 #include "Options.h"
 #include "ResultFile.h"
+#include "SavedInventory.h"
 #include "Supervisor.h"
 #include "Upload.h"
 
@@ -17,6 +18,7 @@
 #include <chrono>
 #include <iomanip>
 #include <iostream>
+#include <memory>
 
 namespace fs = std::filesystem;
 
@@ -60,13 +62,19 @@ int RunCollect(const TOptions& options) {
   fs::path pluginDir = options.fPluginDir.empty() ? bundle.fPluginDir : fs::path(options.fPluginDir);
   std::string output = options.fWriteOutput ? fs::absolute(options.fOutputFile).string() : "";
 
+  std::unique_ptr<TContainer> previous; // outlives the session's container, which points into it
   TCoreSession session(options);
+  if (!options.fCompareFile.empty()) { // read first: a file that will not do fails at once
+    previous.reset(new TContainer);
+    ReadSavedInventory(options.fCompareFile, *previous);
+  }
   TContainer& schema = session.GetSchema();
   LoadSchema(schema, bundle.fSchemaDir, options.fSchemaFiles);
   TCollectionOutcome outcome = TSupervisor(options).Run(schema, pluginDir);
 
   TInventory inventory(schema);
-  WriteInventory(std::cout, options.fFormat, inventory);
+  if (!previous)
+    WriteInventory(std::cout, options.fFormat, inventory);
 
   if (!output.empty()) {
     TClock::time_point start = TClock::now();
@@ -82,8 +90,10 @@ int RunCollect(const TOptions& options) {
   if (options.fUpload)
     Upload(options, output, schema);
 
+  // Written and uploaded first: the comparison turns the container into its differences.
+  int status = previous ? ReportDifferences(options, schema, *previous) : kExitOK;
   if (outcome.fFailures.empty())
-    return kExitOK;
+    return status;
   std::cerr << "zelcollect: " << outcome.fFailures.size()
             << (outcome.fFailures.size() == 1 ? " plugin failure:" : " plugin failures:")
             << "\n";

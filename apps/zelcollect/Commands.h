@@ -4,6 +4,8 @@
 
 #include <string>
 
+class TContainer;
+
 namespace zelcollect {
 
 struct TOptions;
@@ -18,6 +20,14 @@ int RunCollect(const TOptions& options);
 
 /// Uploads a result file written earlier.
 int RunUpload(const TOptions& options);
+
+/// Compares two saved inventories; prints the differences.
+int RunDiff(const TOptions& options);
+/// Prints a saved inventory.
+int RunShow(const TOptions& options);
+/// Turns result into the difference container against old and prints the differences, in
+/// the options' format; kExitFailed when there are some (diff and collect --compare).
+int ReportDifferences(const TOptions& options, TContainer& result, TContainer& old);
 
 } // namespace zelcollect
 

@@ -3,8 +3,12 @@
 #ifndef ZELCOLLECT_FORMAT_H
 #define ZELCOLLECT_FORMAT_H
 
+#include <nlohmann/json_fwd.hpp>
+
 #include <ostream>
 #include <string>
+
+class TCIMValue;
 
 namespace zelcollect {
 
@@ -24,6 +28,9 @@ void WriteInventory(std::ostream& out, EFormat format, const TInventory& invento
 void WriteText(std::ostream& out, const TInventory& inventory);
 void WriteXml(std::ostream& out, const TInventory& inventory);
 void WriteJson(std::ostream& out, const TInventory& inventory);
+
+/// A value as the JSON format types it (differences use it too).
+nlohmann::json JsonValue(const TCIMValue& value);
 
 } // namespace zelcollect
 

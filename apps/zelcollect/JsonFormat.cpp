@@ -16,14 +16,14 @@ typedef TCIMValue::TCIMType TType;
 
 // A value with its JSON type: numbers, booleans, strings, null, arrays; date-times as their
 // CIM text, references as their path.
-static nlohmann::json JsonOf(const TCIMValue& value) {
+nlohmann::json JsonValue(const TCIMValue& value) {
   if (value.IsNull())
     return nullptr;
   if (value.IsArray()) {
     nlohmann::json elements = nlohmann::json::array();
     TCIMValue copy(value);
     for (const TCIMValue& element : static_cast<std::vector<TCIMValue>&>(copy))
-      elements.push_back(JsonOf(element));
+      elements.push_back(JsonValue(element));
     return elements;
   }
   switch (static_cast<TType::ECIMType>(value.GetType())) {
@@ -63,7 +63,7 @@ void WriteJson(std::ostream& out, const TInventory& inventory) {
       item["properties"] = nlohmann::json::object();
       item["display"] = nlohmann::json::object();
       for (const TCIMProperty* property : instance->EnumerateProperties()) {
-        item["properties"][property->GetName()] = JsonOf(property->GetValue());
+        item["properties"][property->GetName()] = JsonValue(property->GetValue());
         item["display"][property->GetName()] = DisplayText(*property);
       }
       entry["instances"].push_back(item);

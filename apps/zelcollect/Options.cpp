@@ -12,9 +12,12 @@ namespace zelcollect {
 static const char kUsage[] =
     "Usage: zelcollect [options]\n"
     "       zelcollect upload FILE [NAME]\n"
+    "       zelcollect diff OLD NEW\n"
+    "       zelcollect show FILE\n"
     "Collects the inventory of this machine with the collector plugins, prints it and\n"
     "writes it as CIM-XML. 'upload' sends a result file written earlier to the collection\n"
-    "server.\n"
+    "server. 'diff' prints what was added, removed and changed between two result files,\n"
+    "'show' prints a result file as a collection prints its inventory.\n"
     "\n"
     "  -p, --plugin-dir DIR   plugins to load (default: the bundled ones)\n"
     "  -s, --schema FILE      an extra CIM-XML schema document, loaded before the plugins\n"
@@ -29,11 +32,17 @@ static const char kUsage[] =
     "  -f, --format FORMAT    text (default), xml or json\n"
     "      --upload[=NAME]    send the result to the collection server, the host named\n"
     "                         zelupload, as NAME.xml.gz (default: HOST-YYYYMMDDThhmmss)\n"
+    "      --compare OLD      print the differences against the result file OLD instead\n"
+    "                         of the inventory\n"
+    "      --all              diff, --compare: compare volatile properties too (times,\n"
+    "                         free space and memory)\n"
     "  -h, --help             show this help\n"
     "  -V, --version          show the version\n"
     "\n"
     "Exit status: 0 success, 1 the collection ran but some plugin failed (listed on\n"
-    "standard error), 2 usage or set-up error, or the upload failed (the result file is kept).\n";
+    "standard error), 2 usage or set-up error, or the upload failed (the result file is kept).\n"
+    "diff and --compare: 0 no differences, 1 differences (or, with --compare, a plugin\n"
+    "failure), 2 trouble: a file unreadable or not an inventory.\n";
 
 const char* UsageText() { return kUsage; }
 
@@ -62,7 +71,7 @@ static EFormat ParseFormat(const std::string& text) {
 }
 
 TOptions ParseOptions(int argc, char** argv) {
-  enum { kVerify = 256, kUpload };
+  enum { kVerify = 256, kUpload, kCompare, kAll };
   static const option kLongOptions[] = {{"plugin-dir", required_argument, 0, 'p'},
                                         {"schema", required_argument, 0, 's'},
                                         {"class", required_argument, 0, 'c'},
@@ -73,6 +82,8 @@ TOptions ParseOptions(int argc, char** argv) {
                                         {"log-level", required_argument, 0, 'L'},
                                         {"format", required_argument, 0, 'f'},
                                         {"upload", optional_argument, 0, kUpload},
+                                        {"compare", required_argument, 0, kCompare},
+                                        {"all", no_argument, 0, kAll},
                                         {"help", no_argument, 0, 'h'},
                                         {"version", no_argument, 0, 'V'},
                                         {0, 0, 0, 0}};
@@ -112,6 +123,12 @@ TOptions ParseOptions(int argc, char** argv) {
     case kUpload:
       options.fUpload = true;
       options.fUploadName = optarg ? CheckUploadName(value) : "";
+      break;
+    case kCompare:
+      options.fCompareFile = value;
+      break;
+    case kAll:
+      options.fAll = true;
       break;
     case 'l':
       options.fLogFile = value;

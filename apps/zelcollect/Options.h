@@ -25,6 +25,8 @@ struct TOptions {
   EFormat fFormat = EFormat::kText;
   bool fUpload = false;   ///< send the result to the collection server
   std::string fUploadName; ///< empty: host and collection time
+  std::string fCompareFile; ///< collect: print the differences against this inventory
+  bool fAll = false;        ///< compare volatile properties too
   bool fHelp = false;
   bool fVersion = false;
 };
