@@ -7,8 +7,8 @@
 #include "Inventory.h"
 #include "Options.h"
 #include "Redaction.h"
-#include "Redaction.h"
 #include "ResultFile.h"
+#include "SavedInventory.h"
 #include "Supervisor.h"
 #include "Upload.h"
 
@@ -20,6 +20,7 @@
 #include <filesystem>
 #include <iomanip>
 #include <iostream>
+#include <memory>
 #include <sstream>
 
 namespace fs = std::filesystem;
@@ -63,8 +64,17 @@ static void Upload(const TOptions& options, const std::string& output, TContaine
 // In the worker: the result file first, so that a failing standard output cannot cost it,
 // then standard output. A redacted run hashes its SENSITIVE values before either.
 static int WriteResults(const TOptions& options, const std::string& output,
-                        const std::string& redactionKey, TContainer& schema,
-                        const TCollectionOutcome& outcome) {
+                        const std::string& redactionKey, std::unique_ptr<TContainer>& previous,
+                        TContainer& schema, const TCollectionOutcome& outcome) {
+  if (!options.fCompareFile.empty()) { // before anything is written: a file that will not do
+    try {
+      previous.reset(new TContainer);
+      ReadSavedInventory(options.fCompareFile, *previous);
+    } catch (TSetUpError& e) {
+      std::cerr << "zelcollect: " << e.what() << std::endl;
+      return kExitTrouble;
+    }
+  }
   TPresentation presentation;
   presentation.fFull = options.fFull;
   presentation.fFullClasses = options.fClassNames;
@@ -96,11 +106,6 @@ static int WriteResults(const TOptions& options, const std::string& output,
     }
     writeMs = Milliseconds(start);
   }
-  std::ostringstream printed;
-  WriteInventory(printed, options.fFormat, inventory, presentation);
-  if (!output.empty() && status == kExitOK && options.fFormat == EFormat::kText)
-    printed << "\nResult file  " << output << " (" << FileSize(output) << " bytes)\n";
-  status = std::max(status, WriteStandardOutput(printed.str()));
   if (!output.empty() && status == kExitOK && options.fVerify)
     Verify(output, TCIMXMLWriter::Write(schema, TCIMXMLWriter::eClassesWithInstances),
            outcome.fMilliseconds, writeMs);
@@ -112,7 +117,22 @@ static int WriteResults(const TOptions& options, const std::string& output,
       status = kExitTrouble;
     }
   }
-  return status;
+  // Standard output last; with --compare it holds the differences instead of the inventory,
+  // since the comparison turns the container into its differences.
+  std::ostringstream printed;
+  int compared = kExitOK;
+  bool told = !output.empty() && status == kExitOK && options.fFormat == EFormat::kText;
+  if (previous) {
+    if (told)
+      printed << "\nResult file  " << output << " (" << FileSize(output) << " bytes)\n";
+    compared = ReportDifferences(options, schema, *previous, printed);
+  } else {
+    WriteInventory(printed, options.fFormat, inventory, presentation);
+    if (told)
+      printed << "\nResult file  " << output << " (" << FileSize(output) << " bytes)\n";
+  }
+  status = std::max(status, WriteStandardOutput(printed.str()));
+  return std::max(status, compared);
 }
 
 int RunCollect(const TOptions& options) {
@@ -125,8 +145,10 @@ int RunCollect(const TOptions& options) {
   if (options.fRedact && !options.fList)
     redactionKey = LoadRedactionKey(options.fRedactKeyFile.empty() ? DefaultRedactionKeyFile()
                                                                    : options.fRedactKeyFile);
+  // Read in the worker; it outlives the worker's containers, which point into it.
+  std::unique_ptr<TContainer> previous;
   return TSupervisor(options).Run([&](TContainer& schema, const TCollectionOutcome& outcome) {
-    return WriteResults(options, output, redactionKey, schema, outcome);
+    return WriteResults(options, output, redactionKey, previous, schema, outcome);
   });
 }
 

@@ -10,6 +10,8 @@ TCommand FindCommand(const std::string& name) {
   } kCommands[] = {
       {"collect", RunCollect},
       {"upload", RunUpload},
+      {"diff", RunDiff},
+      {"show", RunShow},
   };
   for (const auto& command : kCommands)
     if (name == command.fName)

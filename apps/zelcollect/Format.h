@@ -3,9 +3,13 @@
 #ifndef ZELCOLLECT_FORMAT_H
 #define ZELCOLLECT_FORMAT_H
 
+#include <nlohmann/json_fwd.hpp>
+
 #include <ostream>
 #include <string>
 #include <vector>
+
+class TCIMValue;
 
 namespace zelcollect {
 
@@ -42,6 +46,9 @@ void WriteText(std::ostream& out, const TInventory& inventory, const TPresentati
 void WriteXml(std::ostream& out, const TInventory& inventory, const TPresentation& how);
 void WriteJson(std::ostream& out, const TInventory& inventory, const TPresentation& how);
 void WriteHtml(std::ostream& out, const TInventory& inventory, const TPresentation& how);
+
+/// A value as the JSON format types it (differences use it too).
+nlohmann::json JsonValue(const TCIMValue& value);
 
 } // namespace zelcollect
 

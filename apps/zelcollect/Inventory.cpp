@@ -298,15 +298,15 @@ std::string DateTimeText(const TCIMDateTime& dateTime) {
   return text;
 }
 
-std::string DisplayText(const TCIMProperty& property) {
-  TCIMValue value = property.GetValue();
+std::string DisplayText(const TCIMProperty& property, bool previous) {
+  TCIMValue value = previous ? property.GetPrevValue() : property.GetValue();
   if (value.IsNull())
     return kNullText;
   if (value.GetType() == TType::kDateTime)
     return DateTimeText(static_cast<TCIMDateTime>(value));
   if (value.GetType() == TType::kReference)
     return ReferenceText(static_cast<TCIMReference>(value));
-  std::string text = property.ToString();
+  std::string text = previous ? property.PrevToString() : property.ToString();
   std::string unit = UnitOf(property);
   if (!unit.empty() && IsNumber(value.GetType()) && !HasValueMap(property) &&
       !LibraryShowsUnit(unit))

@@ -67,7 +67,7 @@ bool HasValueMap(const TCIMProperty& property);
 
 /// The display text of a property: the library's formatting, a unit the library does not
 /// scale after the number, date-times with their UTC offset, NULL as kNullText.
-std::string DisplayText(const TCIMProperty& property);
+std::string DisplayText(const TCIMProperty& property, bool previous = false);
 /// "2026-11-22 08:38:24 +01:00", or the interval as the library words it.
 std::string DateTimeText(const TCIMDateTime& dateTime);
 /// A reference for people: its class and key values.

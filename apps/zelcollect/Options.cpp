@@ -17,9 +17,12 @@ namespace zelcollect {
 static const char kUsage[] =
     "Usage: zelcollect [options]\n"
     "       zelcollect upload FILE [NAME]\n"
+    "       zelcollect diff OLD NEW\n"
+    "       zelcollect show FILE\n"
     "Collects the inventory of this machine with the collector plugins, prints it and\n"
     "writes it as CIM-XML. 'upload' sends a result file written earlier to the collection\n"
-    "server.\n"
+    "server. 'diff' prints what was added, removed and changed between two result files,\n"
+    "'show' prints a result file as a collection prints its inventory.\n"
     "\n"
     "  -p, --plugin-dir DIR   more plugins, beside the bundled ones (repeatable)\n"
     "      --no-bundled       leave the bundled plugins out\n"
@@ -53,6 +56,10 @@ static const char kUsage[] =
     "      --follow-symlinks  write the result and log through a symbolic link\n"
     "      --upload[=NAME]    send the result to the collection server, the host named\n"
     "                         zelupload, as NAME.xml.gz (default: HOST-YYYYMMDDThhmmss)\n"
+    "      --compare OLD      print the differences against the result file OLD instead\n"
+    "                         of the inventory\n"
+    "      --all              diff, --compare: compare volatile properties too (times,\n"
+    "                         free space and memory)\n"
     "  -h, --help             show this help\n"
     "  -V, --version          show the version\n"
     "\n"
@@ -65,7 +72,9 @@ static const char kUsage[] =
     "\n"
     "Exit status: 0 success, 1 the collection ran but some plugin failed or was not\n"
     "loaded (listed on standard error), 2 usage or set-up error, or the result could\n"
-    "not be written or printed, or the upload failed (the result file is kept).\n";
+    "not be written or printed, or the upload failed (the result file is kept).\n"
+    "diff and --compare: 0 no differences, 1 differences (or, with --compare, a plugin\n"
+    "failure), 2 trouble: a file unreadable or not an inventory.\n";
 
 const char* UsageText() { return kUsage; }
 
@@ -113,7 +122,9 @@ TOptions ParseOptions(int argc, char** argv) {
     kUpload,
     kFull,
     kRedact,
-    kRedactKey
+    kRedactKey,
+    kCompare,
+    kAll
   };
   static const option kLongOptions[] = {{"plugin-dir", required_argument, 0, 'p'},
                                         {"schema", required_argument, 0, 's'},
@@ -128,6 +139,8 @@ TOptions ParseOptions(int argc, char** argv) {
                                         {"full", no_argument, 0, kFull},
                                         {"redact", no_argument, 0, kRedact},
                                         {"redact-key", required_argument, 0, kRedactKey},
+                                        {"compare", required_argument, 0, kCompare},
+                                        {"all", no_argument, 0, kAll},
                                         {"help", no_argument, 0, 'h'},
                                         {"version", no_argument, 0, 'V'},
                                         {"exclude", required_argument, 0, 'x'},
@@ -173,6 +186,12 @@ TOptions ParseOptions(int argc, char** argv) {
     case kUpload:
       options.fUpload = true;
       options.fUploadName = optarg ? CheckUploadName(value) : "";
+      break;
+    case kCompare:
+      options.fCompareFile = value;
+      break;
+    case kAll:
+      options.fAll = true;
       break;
     case 'l':
       options.fLogFile = value;

@@ -28,6 +28,8 @@ struct TOptions {
   bool fFull = false;
   bool fRedact = false;
   std::string fRedactKeyFile; ///< empty: the default key file
+  std::string fCompareFile; ///< collect: print the differences against this inventory
+  bool fAll = false;        ///< compare volatile properties too
   bool fHelp = false;
   bool fVersion = false;
 

@@ -78,6 +78,13 @@ std::string ZelTest::WriteFile(std::string const& name, std::string const& conte
   return path;
 }
 
+std::string ZelTest::ReadFile(std::string const& path) {
+  std::ifstream in(path.c_str(), std::ios::binary);
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
 ::testing::AssertionResult ZelLoggedFormat(char const*, char const*,
                                            std::vector<std::string> const& lines,
                                            std::string const& text) {

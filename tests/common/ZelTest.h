@@ -24,6 +24,8 @@ protected:
   std::string TempPath(std::string const& name) const;
   /// Writes a file in the temporary directory and returns its path.
   std::string WriteFile(std::string const& name, std::string const& contents) const;
+  /// The whole of a file; empty when it cannot be read.
+  static std::string ReadFile(std::string const& path);
 
   std::string fTempDir;
   std::string fLogPath;
