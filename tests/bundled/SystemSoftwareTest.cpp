@@ -15,7 +15,9 @@
 #include <pwd.h>
 #include <sys/stat.h>
 
+#include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <map>
 #include <set>
@@ -308,4 +310,61 @@ TEST_F(SystemSoftwareTest, NoTwoInstancesOfAClassShareAPathInAWholeCollection) {
     classes += !instances.empty();
   }
   EXPECT_GE(classes, 10u);
+}
+
+// The running manager's view, through systemctl, in a private mount namespace where a
+// stand-in systemctl answers (and, in the second run, hangs: it is killed at its deadline).
+TEST_F(SystemSoftwareTest, TheRunningManagersStatesComeFromSystemctlWithinItsDeadline) {
+  struct stat info;
+  if (stat("/usr/bin/systemctl", &info) != 0)
+    GTEST_SKIP() << "no /usr/bin/systemctl to stand in for: the manager's path is not tested";
+  std::string fake = WriteFile("systemctl", "#!/bin/sh\n"
+                                            "[ -n \"$ZEL_HANG\" ] && exec sleep 60\n"
+                                            "printf 'Id=zz-web.service\\nDescription=Web\\n"
+                                            "LoadState=loaded\\nActiveState=active\\n"
+                                            "SubState=running\\nMainPID=4242\\n"
+                                            "UnitFileState=enabled\\n\\n"
+                                            "Id=zz-gone.service\\nLoadState=not-found\\n"
+                                            "ActiveState=inactive\\nSubState=dead\\n"
+                                            "MainPID=0\\n'\n");
+  ASSERT_EQ(chmod(fake.c_str(), 0755), 0);
+  for (bool hang : {false, true}) {
+    SCOPED_TRACE(hang ? "hanging systemctl" : "answering systemctl");
+    // unshare(1) runs the collection with /run/systemd/system present and the stand-in over
+    // /usr/bin/systemctl; nothing is left mounted outside.
+    std::string script = WriteFile("inside.sh", "mount --make-rprivate / && "
+                                                "mount -t tmpfs tmpfs /run && "
+                                                "mkdir -p /run/systemd/system && "
+                                                "mount --bind \"$1\" /usr/bin/systemctl && "
+                                                "shift && exec \"$@\"\n");
+    std::string out = TempPath("out.xml"), err = TempPath("err");
+    std::string command = std::string(hang ? "ZEL_HANG=1 " : "") + "unshare --mount sh '" +
+                          script + "' '" + fake + "' " ZEL_COLLECT
+                          " -c KAPLA_Service -n -f xml > '" + out + "' 2> '" + err + "'";
+    if (system("unshare --mount true 2>/dev/null") != 0)
+      GTEST_SKIP() << "no private mount namespace here (unshare --mount): not tested";
+    auto start = std::chrono::steady_clock::now();
+    int status = system(command.c_str());
+    double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    ASSERT_EQ(status, 0) << ReadFile(err);
+    TContainer result;
+    result.PopulateContainerFromFile(out);
+    std::vector<TCIMInstance*> services = Instances(result, "KAPLA_Service");
+    if (hang) {
+      EXPECT_GE(seconds, 2.0);
+      EXPECT_LT(seconds, 10.0) << "the stand-in was not killed at its deadline";
+      for (TCIMInstance* service : services)
+        EXPECT_NE(Text(service, "Name"), "zz-web.service") << "a killed run's output was used";
+      continue;
+    }
+    TCIMInstance* web = Find(result, "KAPLA_Service", "Name", "zz-web.service");
+    ASSERT_NE(web, nullptr);
+    EXPECT_EQ(Text(web, "Description"), "Web");
+    EXPECT_EQ(Text(web, "ActiveState"), "active");
+    EXPECT_EQ(Text(web, "SubState"), "running");
+    EXPECT_EQ(Text(web, "MainPID"), "4242");
+    TCIMInstance* gone = Find(result, "KAPLA_Service", "Name", "zz-gone.service");
+    ASSERT_NE(gone, nullptr);
+    EXPECT_EQ(Text(gone, "LoadState"), "not-found");
+  }
 }
