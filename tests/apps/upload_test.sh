@@ -50,6 +50,17 @@ expect 0 "zelcollect: uploaded the inventory to zelupload as nofile.xml.gz"
 gunzip -c "$inbox/nofile.xml.gz" > nofile.xml
 grep -q '<INSTANCE CLASSNAME="KAPLA_ComputerSystem">' nofile.xml || fail "nofile.xml.gz holds no inventory"
 
+# A redacted run sends its redacted result; a JSON result goes as the inventory's CIM-XML.
+run open "$zelcollect" --redact-key site.key -o redacted.xml.gz --upload=redacted
+expect 0 "zelcollect: uploaded $work/redacted.xml.gz to zelupload as redacted.xml.gz"
+cmp -s redacted.xml.gz "$inbox/redacted.xml.gz" || fail "the redacted upload differs"
+gunzip -c "$inbox/redacted.xml.gz" > redacted.xml
+grep -q "<VALUE>$(hostname)</VALUE>" redacted.xml && fail "the redacted upload names the host"
+run open "$zelcollect" -o result.json --upload=fromjson
+expect 0 "zelcollect: uploaded the inventory to zelupload as fromjson.xml.gz"
+gunzip -c "$inbox/fromjson.xml.gz" > fromjson.xml
+grep -q '<INSTANCE CLASSNAME="KAPLA_ComputerSystem">' fromjson.xml || fail "fromjson is no inventory"
+
 # A file written earlier, by the upload command.
 run open "$zelcollect" upload result.xml.gz later
 expect 0 ""
