@@ -2,9 +2,9 @@
 # zelcollect's uploads to a real FTP server in a private network namespace
 # (tests/ftp/ftp_site.sh), from the build tree and from an installed copy that sees only
 # libcurl's run-time library. Exit 77: no namespace here, nothing tested.
-# upload_test.sh BUILD_DIR ZELCOLLECT HIDE_CURL_AUDIT_MODULE
+# upload_test.sh BUILD_DIR ZELCOLLECT HIDE_CURL_AUDIT_MODULE [sanitized]
 set -uo pipefail
-build=$1 zelcollect=$2 hide_curl=$3
+build=$1 zelcollect=$2 hide_curl=$3 sanitized=${4:-}
 site=$(cd "$(dirname "$0")/../ftp" && pwd)/ftp_site.sh
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -88,9 +88,15 @@ run open env ASAN_OPTIONS="$asan" LD_AUDIT="$hide_curl" "$zelcollect" upload res
 expect 2 "zelcollect: cannot upload result.xml.gz: the transfer library libcurl cannot be \
 loaded (Error opening curl library: libcurl.so: cannot open shared object file: No such file \
 or directory)"
-cmake --install "$build" --prefix "$work/prefix" > /dev/null || fail "cmake --install"
-run open env ASAN_OPTIONS="$asan" LD_AUDIT="$hide_curl" "$work/prefix/bin/zelcollect" upload result.xml.gz installed
-expect 0 ""
-cmp -s result.xml.gz "$inbox/installed.xml.gz" || fail "the installed copy's upload differs"
+if [ -n "$sanitized" ]; then
+  # The sanitizer's dlopen loads libraries on its own behalf, so the library's run path,
+  # where the private link is found, does not apply there.
+  echo "not tested in a sanitizer build: the installed copy with libcurl's run-time library only"
+else
+  cmake --install "$build" --prefix "$work/prefix" > /dev/null || fail "cmake --install"
+  run open env LD_AUDIT="$hide_curl" "$work/prefix/bin/zelcollect" upload result.xml.gz installed
+  expect 0 ""
+  cmp -s result.xml.gz "$inbox/installed.xml.gz" || fail "the installed copy's upload differs"
+fi
 
 [ "$failures" = 0 ] && echo "uploads OK"
