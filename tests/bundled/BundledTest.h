@@ -3,7 +3,7 @@
 #ifndef BUNDLEDTEST_H
 #define BUNDLEDTEST_H
 
-#include "ZelTest.h"
+#include "ZelCollectRun.h"
 
 #include "TCIMClass.h"
 #include "TCIMInstance.h"
@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-class BundledTest : public ZelTest {
+class BundledTest : public ZelCollectTest {
 protected:
   /// The fixture tree of that name under tests/bundled/fixtures.
   static std::string Fixture(const std::string& name);
