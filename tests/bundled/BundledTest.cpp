@@ -46,3 +46,16 @@ std::string BundledTest::Text(TCIMInstance* instance, const std::string& propert
   TCIMValue value = held->GetValue();
   return value.IsNull() ? "NULL" : value.ToString(10);
 }
+
+void BundledTest::ExpectInstances(TContainer& container, const std::string& cls,
+                                  const std::vector<std::string>& columns,
+                                  const std::vector<std::vector<std::string>>& rows) {
+  for (const std::vector<std::string>& row : rows) {
+    SCOPED_TRACE(cls + " " + row[0]);
+    ASSERT_EQ(row.size(), columns.size());
+    TCIMInstance* instance = Find(container, cls, columns[0], row[0]);
+    ASSERT_NE(instance, nullptr);
+    for (size_t i = 1; i < columns.size(); ++i)
+      EXPECT_EQ(Text(instance, columns[i]), row[i]) << columns[i];
+  }
+}

@@ -31,6 +31,12 @@ protected:
   static TCIMInstance* Find(TContainer& container, const std::string& cls,
                             const std::string& property, const std::string& text);
 
+  /// A table of instances of cls: columns name the properties, the first the one that finds
+  /// the row's instance; each further cell is that property's Text.
+  static void ExpectInstances(TContainer& container, const std::string& cls,
+                              const std::vector<std::string>& columns,
+                              const std::vector<std::vector<std::string>>& rows);
+
   /// A property's raw value as text (decimal numbers, CIM date-times); "NULL" when it is NULL, "ABSENT" when the instance has no
   /// such property.
   static std::string Text(TCIMInstance* instance, const std::string& property);

@@ -252,20 +252,10 @@ TEST_F(HardwareTest, MemoryModulesComeFromTheTypeSeventeenRecordsOfTheTable) {
     tags.insert(Text(module, "Tag"));
   EXPECT_EQ(tags, (std::set<std::string>{"0x1100", "0x1102", "0x1103", "0x1104"}));
 
-  struct TRow {
-    const char* fTag;
-    const char* fLocator;
-    const char* fBank;
-    const char* fCapacity;
-    const char* fFormFactor;
-    const char* fType;
-    const char* fSpeed;
-    const char* fConfigured;
-    const char* fManufacturer;
-    const char* fSerial;
-    const char* fPart;
-  };
-  const TRow kRows[] = {
+  ExpectInstances(c, "KAPLA_PhysicalMemory",
+                  {"Tag", "DeviceLocator", "BankLabel", "Capacity", "FormFactor", "MemoryType",
+                   "Speed", "ConfiguredSpeed", "Manufacturer", "SerialNumber", "PartNumber"},
+                  {
       {"0x1100", "DIMM_A1", "BANK 0", "34359738368", "9", "34", "6400", "5600", "Acme Memory",
        "8A1B2C3D", "AM5-32G-6400"},
       {"0x1102", "DIMM_B1", "BANK 2", "8589934592", "13", "26", "2666", "NULL", "NULL", "NULL",
@@ -273,23 +263,9 @@ TEST_F(HardwareTest, MemoryModulesComeFromTheTypeSeventeenRecordsOfTheTable) {
       {"0x1103", "SLOT 3", "NULL", "2097152", "NULL", "NULL", "NULL", "NULL", "NULL", "NULL",
        "NULL"},
       {"0x1104", "SLOT 4", "NULL", "NULL", "NULL", "24", "NULL", "NULL", "NULL", "NULL", "NULL"},
-  };
-  for (const TRow& row : kRows) {
-    SCOPED_TRACE(row.fTag);
-    TCIMInstance* module = Find(c, "KAPLA_PhysicalMemory", "Tag", row.fTag);
-    ASSERT_NE(module, nullptr);
+  });
+  for (TCIMInstance* module : Instances(c, "KAPLA_PhysicalMemory"))
     EXPECT_EQ(Text(module, "CreationClassName"), "KAPLA_PhysicalMemory");
-    EXPECT_EQ(Text(module, "DeviceLocator"), row.fLocator);
-    EXPECT_EQ(Text(module, "BankLabel"), row.fBank);
-    EXPECT_EQ(Text(module, "Capacity"), row.fCapacity);
-    EXPECT_EQ(Text(module, "FormFactor"), row.fFormFactor);
-    EXPECT_EQ(Text(module, "MemoryType"), row.fType);
-    EXPECT_EQ(Text(module, "Speed"), row.fSpeed);
-    EXPECT_EQ(Text(module, "ConfiguredSpeed"), row.fConfigured);
-    EXPECT_EQ(Text(module, "Manufacturer"), row.fManufacturer);
-    EXPECT_EQ(Text(module, "SerialNumber"), row.fSerial);
-    EXPECT_EQ(Text(module, "PartNumber"), row.fPart);
-  }
 
   // Codes read through their value maps; the speed's unit has no scaling, so it shows bare.
   TCIMInstance* a1 = Find(c, "KAPLA_PhysicalMemory", "Tag", "0x1100");
