@@ -1,6 +1,8 @@
 // The frame of the bundled plugins' tests.
 #include "BundledTest.h"
 
+#include "TCIMPropertyDecl.h"
+#include "TCIMQualifier.h"
 #include "TCIMValue.h"
 
 std::string BundledTest::Fixture(const std::string& name) {
@@ -58,4 +60,12 @@ void BundledTest::ExpectInstances(TContainer& container, const std::string& cls,
     for (size_t i = 1; i < columns.size(); ++i)
       EXPECT_EQ(Text(instance, columns[i]), row[i]) << columns[i];
   }
+}
+
+std::string BundledTest::Qualifier(TContainer& container, const std::string& cls,
+                                   const std::string& property, const std::string& qualifier) {
+  TCIMClass* found = container.FindClass(cls);
+  TCIMPropertyDecl* decl = found ? found->FindPropertyDecl(property) : nullptr;
+  TCIMQualifier* held = decl ? decl->FindQualifier(qualifier) : nullptr;
+  return held ? held->GetValue().ToString(10) : "ABSENT";
 }

@@ -37,6 +37,11 @@ protected:
                               const std::vector<std::string>& columns,
                               const std::vector<std::vector<std::string>>& rows);
 
+  /// A qualifier of a property's declaration in the result, as text; "ABSENT" when the
+  /// class, the property or the qualifier is not there.
+  static std::string Qualifier(TContainer& container, const std::string& cls,
+                               const std::string& property, const std::string& qualifier);
+
   /// A property's raw value as text (decimal numbers, CIM date-times); "NULL" when it is NULL, "ABSENT" when the instance has no
   /// such property.
   static std::string Text(TCIMInstance* instance, const std::string& property);

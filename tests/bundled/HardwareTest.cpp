@@ -206,14 +206,6 @@ protected:
     return root;
   }
 
-  // The text of a qualifier of a property as the result declares it; "ABSENT" without it.
-  static std::string Qualifier(TContainer& container, const std::string& cls,
-                               const std::string& property, const std::string& name) {
-    TCIMQualifier* qualifier =
-        container.GetClass(cls)->GetPropertyDecl(property).FindQualifier(name);
-    return qualifier ? qualifier->GetValue().ToString(10) : "ABSENT";
-  }
-
   static double Real(TCIMInstance* instance, const std::string& property) {
     return static_cast<double>(instance->GetProperty(property).GetValue());
   }
@@ -391,32 +383,17 @@ TEST_F(HardwareTest, ProcessorsCarryTheirIdentityFlagsAndCaches) {
       Fixture("hardware"), {"KAPLA_ComputerSystem", "KAPLA_Processor", "KAPLA_SystemProcessor"});
   TContainer& c = *result;
   ASSERT_EQ(Instances(c, "KAPLA_Processor").size(), 2u);
-  struct TRow {
-    const char* fId;
-    const char* fSpeed;
-    const char* fL3;
-  };
-  const TRow kRows[] = {{"CPU0", "3400", "33554432"}, {"CPU1", "2200", "NULL"}};
-  for (const TRow& row : kRows) {
-    SCOPED_TRACE(row.fId);
-    TCIMInstance* cpu = Find(c, "KAPLA_Processor", "DeviceID", row.fId);
-    ASSERT_NE(cpu, nullptr);
-    EXPECT_EQ(Text(cpu, "Name"), "Example 8-Core Processor");
-    EXPECT_EQ(Text(cpu, "Manufacturer"), "AuthenticAMD");
-    EXPECT_EQ(Text(cpu, "Family"), "25");
-    EXPECT_EQ(Text(cpu, "Model"), "33");
-    EXPECT_EQ(Text(cpu, "Stepping"), "2");
-    EXPECT_EQ(Text(cpu, "Microcode"), "0xa201016");
-    EXPECT_EQ(Text(cpu, "ThreadsPerCore"), "2");
-    EXPECT_EQ(Text(cpu, "CurrentClockSpeed"), row.fSpeed);
-    EXPECT_EQ(Text(cpu, "CacheSize"), "524288");
-    EXPECT_EQ(Text(cpu, "L1DataCacheSize"), "32768");
-    EXPECT_EQ(Text(cpu, "L1InstructionCacheSize"), "32768");
-    EXPECT_EQ(Text(cpu, "L2CacheSize"), "524288");
-    EXPECT_EQ(Text(cpu, "L3CacheSize"), row.fL3);
+  ExpectInstances(c, "KAPLA_Processor",
+                  {"DeviceID", "Name", "Manufacturer", "Family", "Model", "Stepping", "Microcode",
+                   "ThreadsPerCore", "CurrentClockSpeed", "CacheSize", "L1DataCacheSize",
+                   "L1InstructionCacheSize", "L2CacheSize", "L3CacheSize"},
+                  {{"CPU0", "Example 8-Core Processor", "AuthenticAMD", "25", "33", "2",
+                    "0xa201016", "2", "3400", "524288", "32768", "32768", "524288", "33554432"},
+                   {"CPU1", "Example 8-Core Processor", "AuthenticAMD", "25", "33", "2",
+                    "0xa201016", "2", "2200", "524288", "32768", "32768", "524288", "NULL"}});
+  for (TCIMInstance* cpu : Instances(c, "KAPLA_Processor"))
     EXPECT_EQ(cpu->GetProperty("Flags").ToStringVector(),
               (std::vector<std::string>{"fpu", "vme", "de", "pse", "tsc", "sse2", "ht"}));
-  }
   EXPECT_EQ(Qualifier(c, "KAPLA_Processor", "CurrentClockSpeed", "UNITS"), "MegaHertz");
   EXPECT_EQ(Qualifier(c, "KAPLA_Processor", "CurrentClockSpeed", "VOLATILE"), "true");
   for (const char* size : {"CacheSize", "L1DataCacheSize", "L1InstructionCacheSize",

@@ -26,14 +26,6 @@ protected:
                           "KAPLA_ResidesOnExtent"});
   }
 
-  /// A qualifier of a property's declaration as text; "ABSENT" when it has none.
-  static std::string Qualifier(TContainer& container, const std::string& cls,
-                               const std::string& property, const std::string& qualifier) {
-    TCIMPropertyDecl* decl = container.FindClass(cls)->FindPropertyDecl(property);
-    TCIMQualifier* held = decl ? decl->FindQualifier(qualifier) : nullptr;
-    return held ? held->GetValue().ToString(10) : "ABSENT";
-  }
-
   /// "Class DeviceID" of each instance the association relates to this one.
   static std::set<std::string> Related(TCIMInstance* instance, const std::string& association) {
     std::set<std::string> related;

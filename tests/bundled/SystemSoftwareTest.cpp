@@ -27,16 +27,6 @@ protected:
     return Collect(Fixture("software"), classes);
   }
 
-  // The value of a qualifier on a property of a class of the result, "ABSENT"
-  // without one.
-  static std::string Qualifier(TContainer& container, const std::string& cls,
-                               const std::string& property, const std::string& qualifier) {
-    TCIMClass* found = container.FindClass(cls);
-    TCIMPropertyDecl* decl = found ? found->FindPropertyDecl(property) : nullptr;
-    TCIMQualifier* held = decl ? decl->FindQualifier(qualifier) : nullptr;
-    return held ? held->GetValue().ToString(10) : "ABSENT";
-  }
-
   static std::set<std::string> Paths(TContainer& container, const std::string& cls) {
     std::set<std::string> paths;
     for (TCIMInstance* instance : Instances(container, cls))
@@ -80,20 +70,10 @@ TEST_F(SystemSoftwareTest, KernelModulesComeFromProcModulesWithTheirVersions) {
   std::unique_ptr<TContainer> result = CollectFixture(
       {"KAPLA_ComputerSystem", "KAPLA_KernelModule", "KAPLA_InstalledSoftwareElement"});
   ASSERT_EQ(Instances(*result, "KAPLA_KernelModule").size(), 3u);
-  TCIMInstance* tables = Find(*result, "KAPLA_KernelModule", "Name", "nf_tables");
-  ASSERT_NE(tables, nullptr);
-  EXPECT_EQ(Text(tables, "Size"), "290816");
-  EXPECT_EQ(Text(tables, "UseCount"), "3");
-  EXPECT_EQ(Text(tables, "Dependents"), "{ nft_ct, nft_chain_nat }");
-  EXPECT_EQ(Text(tables, "State"), "Live");
-  EXPECT_EQ(Text(tables, "Version"), "NULL");
-  TCIMInstance* e1000e = Find(*result, "KAPLA_KernelModule", "Name", "e1000e");
-  ASSERT_NE(e1000e, nullptr);
-  EXPECT_EQ(Text(e1000e, "Size"), "282624");
-  EXPECT_EQ(Text(e1000e, "UseCount"), "0");
-  EXPECT_EQ(Text(e1000e, "Dependents"), "{  }");
-  EXPECT_EQ(Text(e1000e, "Version"), "3.2.6-k");
-  EXPECT_EQ(Text(e1000e, "SourceVersion"), "4E0D0E7F2A5C8D7E1B1C3A9");
+  ExpectInstances(*result, "KAPLA_KernelModule",
+                  {"Name", "Size", "UseCount", "Dependents", "State", "Version", "SourceVersion"},
+                  {{"nf_tables", "290816", "3", "{ nft_ct, nft_chain_nat }", "Live", "NULL", "NULL"},
+                   {"e1000e", "282624", "0", "{  }", "Live", "3.2.6-k", "4E0D0E7F2A5C8D7E1B1C3A9"}});
   EXPECT_EQ(Qualifier(*result, "KAPLA_KernelModule", "Size", "UNITS"), "Bytes");
   std::vector<TCIMInstance*> links = Instances(*result, "KAPLA_InstalledSoftwareElement");
   ASSERT_EQ(links.size(), 3u);
