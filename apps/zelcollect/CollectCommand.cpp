@@ -27,12 +27,6 @@ namespace fs = std::filesystem;
 
 namespace zelcollect {
 
-typedef std::chrono::steady_clock TClock;
-
-static double Milliseconds(TClock::time_point since) {
-  return std::chrono::duration<double, std::milli>(TClock::now() - since).count();
-}
-
 // Reads the result file back into a fresh container and writes that again: the two texts
 // must be the same.
 static void Verify(const std::string& path, const std::string& written, double collectMs,

@@ -54,7 +54,7 @@ static std::vector<TCIMClass*> MachineOrder(const TContainer& container) {
   return classes;
 }
 
-static std::vector<TCIMInstance*> InstancesOf(TContainer& container, const char* cls) {
+static std::vector<TCIMInstance*> InstancesOf(TContainer& container, const std::string& cls) {
   TCIMClass* found = container.FindClass(cls);
   return found ? found->EnumerateInstances(false) : std::vector<TCIMInstance*>();
 }
@@ -70,19 +70,24 @@ static std::optional<std::string> Raw(const TCIMInstance& instance, const char* 
   return DisplayText(*property);
 }
 
-// The raw value of a property of the single instance of a class.
-static std::optional<std::string> Single(TContainer& container, const char* cls,
-                                         const char* name, bool display = false) {
+TCIMInstance* SingleInstance(TContainer& container, const std::string& cls) {
   std::vector<TCIMInstance*> instances = InstancesOf(container, cls);
-  if (instances.size() != 1)
+  return instances.size() == 1 ? instances[0] : nullptr;
+}
+
+// The raw value of a property of the single instance of a class.
+static std::optional<std::string> Single(TContainer& container, const std::string& cls,
+                                         const char* name, bool display = false) {
+  TCIMInstance* instance = SingleInstance(container, cls);
+  if (!instance)
     return std::nullopt;
   if (display) {
-    TCIMProperty* property = instances[0]->FindProperty(name);
+    TCIMProperty* property = instance->FindProperty(name);
     if (!property || property->GetValue().IsNull())
       return std::nullopt;
     return property->ToString();
   }
-  return Raw(*instances[0], name);
+  return Raw(*instance, name);
 }
 
 // An identity getter's answer; none when the data do not have it.
@@ -99,7 +104,8 @@ static std::optional<std::string> Ask(const std::function<std::string()>& getter
 
 static std::vector<TIdentityField> ReadIdentity(TContainer& container) {
   TContainer* c = &container;
-  const char* system = "KAPLA_ComputerSystem";
+  const std::string& system = TCIMSchemaHelper::kSystemCreationClassName;
+  const std::string& os = TCIMSchemaHelper::kOperatingSystemCreationClassName;
   std::optional<std::string> serial = Ask([&] { return TCIMSchemaHelper::GetSerialNumber(c); });
   if (!serial) // Not the 7-character form: as it is.
     serial = Single(container, system, "SerialNumber");
@@ -116,8 +122,8 @@ static std::vector<TIdentityField> ReadIdentity(TContainer& container) {
       {"operatingSystemVersion", "Version",
        Ask([&] { return TCIMSchemaHelper::GetOperatingSystemVersion(c); })},
       {"operatingSystemType", "Type",
-       Single(container, "KAPLA_OperatingSystem", "OSType", /*display=*/true)},
-      {"kernel", "Kernel", Single(container, "KAPLA_OperatingSystem", "KernelRelease")},
+       Single(container, os, "OSType", /*display=*/true)},
+      {"kernel", "Kernel", Single(container, os, "KernelRelease")},
       {"dataSourceVersion", "Data source version",
        Ask([&] { return TCIMSchemaHelper::GetDataSourceVersion(c); })},
   };
@@ -194,7 +200,7 @@ std::vector<TSummaryLine> TInventory::Summary() const {
   for (const char* key : {"operatingSystem", "operatingSystemType", "kernel"})
     if (std::optional<std::string> value = Identity(key))
       os.push_back(*value);
-  if (std::optional<std::string> arch = Single(fContainer, "KAPLA_OperatingSystem",
+  if (std::optional<std::string> arch = Single(fContainer, TCIMSchemaHelper::kOperatingSystemCreationClassName,
                                                "Architecture"))
     os.push_back(*arch);
   lines.push_back({"Operating system", Join(os, ", ")});

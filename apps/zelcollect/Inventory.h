@@ -57,6 +57,9 @@ private:
   std::vector<TCIMValue> fCollected; // zero or one value
 };
 
+/// The one instance of a class (its subclasses' left out); null when it has none or several.
+TCIMInstance* SingleInstance(TContainer& container, const std::string& cls);
+
 /// A class qualifier's string value; "" when absent or NULL.
 std::string QualifierText(const TCIMClass& cls, const char* name);
 

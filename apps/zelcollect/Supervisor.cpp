@@ -24,8 +24,6 @@
 
 namespace zelcollect {
 
-typedef std::chrono::steady_clock TClock;
-
 /// The plugin call a worker is in, as it last announced.
 struct TSupervisor::TCall {
   char fKind = 0; ///< TReport::EKind of the call; 0 outside plugins

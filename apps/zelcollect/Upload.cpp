@@ -3,9 +3,9 @@
 #include "Upload.h"
 
 #include "Errors.h"
+#include "Inventory.h"
 
 #include "ILogger.h"
-#include "TCIMClass.h"
 #include "TCIMDateTime.h"
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
@@ -39,14 +39,10 @@ const std::string& CheckUploadName(const std::string& name) {
 // The collection time of the computer system, or now.
 static TCIMDateTime CollectionTime(TContainer& inventory) {
   try {
-    TCIMClass* system =
-        inventory.FindClass(TCIMSchemaHelper::GetSystemCreationClassName(&inventory));
-    for (TCIMInstance* instance : system ? system->EnumerateInstances(true)
-                                         : std::vector<TCIMInstance*>()) {
-      TCIMProperty* stamp = instance->FindProperty("DateTimeOfCollection");
-      if (stamp && !stamp->GetValue().IsNull())
-        return stamp->GetValue();
-    }
+    TCIMInstance* system = SingleInstance(inventory, TCIMSchemaHelper::kSystemCreationClassName);
+    TCIMProperty* stamp = system ? system->FindProperty("DateTimeOfCollection") : nullptr;
+    if (stamp && !stamp->GetValue().IsNull())
+      return stamp->GetValue();
   } catch (TZELException&) {
   }
   return TOSSpecific::GetLocalTime();

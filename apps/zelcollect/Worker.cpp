@@ -34,9 +34,7 @@ namespace fs = std::filesystem;
 
 namespace zelcollect {
 
-typedef std::chrono::steady_clock TClock;
-
-static double Milliseconds(TClock::time_point since) {
+double Milliseconds(TClock::time_point since) {
   return std::chrono::duration<double, std::milli>(TClock::now() - since).count();
 }
 

@@ -6,6 +6,7 @@
 
 #include "PluginSafety.h"
 
+#include <chrono>
 #include <functional>
 #include <set>
 #include <string>
@@ -16,6 +17,11 @@ class TContainer;
 namespace zelcollect {
 
 struct TOptions;
+
+typedef std::chrono::steady_clock TClock;
+
+/// The time since a moment, in milliseconds.
+double Milliseconds(TClock::time_point since);
 
 /// What a collection came to, for the result writer.
 struct TCollectionOutcome {

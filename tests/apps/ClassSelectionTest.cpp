@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 
 TEST_F(ZelCollectTest, ClassesAreNamedInAnyCaseWithTheirSubclassesAndAssociationEnds) {
   struct {

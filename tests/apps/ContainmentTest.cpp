@@ -42,7 +42,7 @@ TEST_F(ZelCollectTest, AFaultyPluginIsNamedOnceAndTheOthersArePrintedAndWritten)
     error.replace(error.find('%'), 1, plugins);
     EXPECT_EQ(run.fExit, 1);
     EXPECT_EQ(run.fErr, "zelcollect: " + error + "\n");
-    EXPECT_EQ(run.fOut, ReadAll(result)); // printed what it wrote
+    EXPECT_EQ(run.fOut, ReadFile(result)); // printed what it wrote
     ExpectComplete(result);
     TContainer loaded;
     loaded.PopulateContainerFromFile(result);

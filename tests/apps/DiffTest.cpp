@@ -1,31 +1,14 @@
 // zelcollect diff, show and --compare run as child processes over real result files: two
 // collections of a fixture root with packages changed in between, and hand-written
 // inventories of two schema versions (tests/apps/data/disks-*.xml).
-#include "ZelTest.h"
-
-#include "TCIMClass.h"
-#include "TCIMInstance.h"
-#include "TCIMProperty.h"
-#include "TContainer.h"
+#include "ZelCollectRun.h"
 
 #include <nlohmann/json.hpp>
 
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <cstring>
 #include <filesystem>
 #include <map>
 
 namespace {
-
-struct TResult {
-  int fExit;
-  std::string fOut;
-  std::string fErr;
-};
 
 std::string Data(const std::string& name) { return std::string(ZEL_TEST_DATA_DIR) + "/" + name; }
 
@@ -40,49 +23,26 @@ std::string DpkgStatus(const std::vector<std::pair<std::string, std::string>>& p
 
 } // namespace
 
-class DiffTest : public ZelTest {
+class DiffTest : public ZelCollectTest {
 protected:
   void SetUp() override {
-    ZelTest::SetUp();
+    ZelCollectTest::SetUp();
     fRoot = TempPath("root");
     std::filesystem::create_directories(fRoot + "/var/lib/dpkg");
   }
 
   // zelcollect with the fixture root as the machine, in the test's directory.
-  TResult Zel(const std::vector<std::string>& arguments) {
-    std::string out = TempPath("out"), err = TempPath("err");
-    std::vector<std::string> words{ZEL_COLLECT};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<char*> argv;
-    for (std::string& word : words)
-      argv.push_back(&word[0]);
-    argv.push_back(nullptr);
-    std::vector<std::string> variables{"ZEL_SYSROOT=" + fRoot};
-    for (char** variable = environ; *variable; ++variable)
-      if (strncmp(*variable, "ZEL_SYSROOT=", 12) != 0)
-        variables.push_back(*variable);
-    std::vector<char*> envp;
-    for (std::string& variable : variables)
-      envp.push_back(&variable[0]);
-    envp.push_back(nullptr);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addchdir_np(&actions, fTempDir.c_str());
-    posix_spawn_file_actions_addopen(&actions, 1, out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    posix_spawn_file_actions_addopen(&actions, 2, err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    pid_t child = -1;
-    EXPECT_EQ(posix_spawn(&child, ZEL_COLLECT, &actions, nullptr, argv.data(), envp.data()), 0);
-    posix_spawn_file_actions_destroy(&actions);
-    int status = 0;
-    EXPECT_EQ(waitpid(child, &status, 0), child);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(out), ReadFile(err)};
+  TRun Zel(const std::vector<std::string>& arguments) {
+    TRunSetup setup;
+    setup.fRoot = fRoot;
+    return Run(arguments, setup);
   }
 
   // One collection of the fixture root with these packages installed, written to result.
   void Collect(const std::vector<std::pair<std::string, std::string>>& packages,
                const std::string& result) {
     WriteFile("root/var/lib/dpkg/status", DpkgStatus(packages));
-    TResult run = Zel({"-o", result, "-f", "xml"});
+    TRun run = Zel({"-o", result, "-f", "xml"});
     ASSERT_EQ(run.fExit, 0) << run.fErr;
   }
 
@@ -101,7 +61,7 @@ TEST_F(DiffTest, TwoCollectionsShowTheChangedAddedAndRemovedPackagesOnly) {
   Collect({{"bash", "5.2.15-2"}, {"curl", "7.88"}}, "monday.xml");
   Collect({{"bash", "5.2.15-3"}, {"zstd", "1.5"}}, "tuesday.xml.gz");
 
-  TResult run = Zel({"diff", "monday.xml", "tuesday.xml.gz"});
+  TRun run = Zel({"diff", "monday.xml", "tuesday.xml.gz"});
   EXPECT_EQ(run.fExit, 1) << run.fErr;
   EXPECT_EQ(run.fOut, kPackagesChanged);
   EXPECT_EQ(run.fErr, "");
@@ -121,7 +81,7 @@ TEST_F(DiffTest, CompareCollectsWritesTheResultAndPrintsTheDifferences) {
   Collect({{"bash", "5.2.15-2"}, {"curl", "7.88"}}, "monday.xml");
   WriteFile("root/var/lib/dpkg/status", DpkgStatus({{"bash", "5.2.15-3"}, {"zstd", "1.5"}}));
 
-  TResult run = Zel({"--compare", "monday.xml", "-o", "now.xml"});
+  TRun run = Zel({"--compare", "monday.xml", "-o", "now.xml"});
   EXPECT_EQ(run.fExit, 1) << run.fErr;
   EXPECT_EQ(run.fOut, "\nResult file  " + TempPath("now.xml") + " (" +
                           std::to_string(ReadFile(TempPath("now.xml")).size()) + " bytes)\n" +
@@ -146,7 +106,7 @@ TEST_F(DiffTest, HandWrittenInventoriesOfTwoSchemaVersions) {
   // gone (NULL, shown as its NULLDISPLAY), sdc's model known again; Speed became uint64,
   // Firmware is no longer declared and Label is new; TEST_Card and TEST_Fan are on one side
   // only; the temperatures are volatile.
-  TResult run = Zel({"diff", Data("disks-old.xml"), Data("disks-new.xml")});
+  TRun run = Zel({"diff", Data("disks-old.xml"), Data("disks-new.xml")});
   EXPECT_EQ(run.fExit, 1) << run.fErr;
   EXPECT_EQ(run.fOut, "TEST_Card\n"
                       "  - TEST_Card.Name=\"card0\"\n"
@@ -182,7 +142,7 @@ TEST_F(DiffTest, HandWrittenInventoriesOfTwoSchemaVersions) {
 }
 
 TEST_F(DiffTest, TheJsonReportKeepsTheTypesOfTheInventorysJson) {
-  TResult run = Zel({"diff", "-f", "json", Data("disks-old.xml"), Data("disks-new.xml")});
+  TRun run = Zel({"diff", "-f", "json", Data("disks-old.xml"), Data("disks-new.xml")});
   EXPECT_EQ(run.fExit, 1) << run.fErr;
   nlohmann::json report = nlohmann::json::parse(run.fOut);
   EXPECT_EQ(report["summary"], nlohmann::json({{"added", 2}, {"removed", 2}, {"changed", 2}}));
@@ -201,7 +161,7 @@ TEST_F(DiffTest, TheJsonReportKeepsTheTypesOfTheInventorysJson) {
 }
 
 TEST_F(DiffTest, TheXmlReportIsADocumentOfPropertyChangesTheLibraryReads) {
-  TResult run = Zel({"diff", "-f", "xml", Data("disks-old.xml"), Data("disks-new.xml")});
+  TRun run = Zel({"diff", "-f", "xml", Data("disks-old.xml"), Data("disks-new.xml")});
   EXPECT_EQ(run.fExit, 1) << run.fErr;
   WriteFile("changes.xml", run.fOut);
   TContainer changes;
@@ -233,9 +193,9 @@ TEST_F(DiffTest, TheXmlReportIsADocumentOfPropertyChangesTheLibraryReads) {
 
 TEST_F(DiffTest, ShowPrintsASavedInventoryAsTheCollectionDid) {
   WriteFile("root/var/lib/dpkg/status", DpkgStatus({{"bash", "5.2.15-2"}}));
-  TResult collected = Zel({"-f", "json", "-o", "saved.xml.gz"});
+  TRun collected = Zel({"-f", "json", "-o", "saved.xml.gz"});
   EXPECT_EQ(collected.fExit, 0) << collected.fErr;
-  TResult shown = Zel({"show", "-f", "json", "saved.xml.gz"});
+  TRun shown = Zel({"show", "-f", "json", "saved.xml.gz"});
   EXPECT_EQ(shown.fExit, 0) << shown.fErr;
   EXPECT_EQ(shown.fOut, collected.fOut);
 
@@ -266,7 +226,7 @@ TEST_F(DiffTest, FilesThatAreNoInventoriesExitWithTwoAndTheReason) {
       {{"show"}, "zelcollect: show takes one result file\nTry 'zelcollect --help'.\n"},
   };
   for (const auto& row : kCases) {
-    TResult run = Zel(row.fArguments);
+    TRun run = Zel(row.fArguments);
     EXPECT_EQ(run.fExit, 2) << row.fArguments[1];
     EXPECT_EQ(run.fOut, "") << row.fArguments[1];
     EXPECT_EQ(run.fErr, row.fErr);

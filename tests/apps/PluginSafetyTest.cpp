@@ -111,7 +111,7 @@ TEST_F(ZelCollectTest, ASafeCopyOfTheBundledPluginsLoadsWhole) {
 }
 
 TEST_F(ZelCollectTest, ASchemaDocumentOthersCouldHaveWrittenIsNotLoaded) {
-  std::string document = WriteFile("extra.xml", ReadAll(ZEL_EXAMPLE_PLUGIN_DIR "/hello/hello.properties.xml"));
+  std::string document = WriteFile("extra.xml", ReadFile(ZEL_EXAMPLE_PLUGIN_DIR "/hello/hello.properties.xml"));
   ASSERT_EQ(chmod(document.c_str(), 0666), 0);
   TRun refused = Run({"-n", "-s", "extra.xml", "-c", "KAPLA_OperatingSystem"});
   EXPECT_EQ(refused.fExit, 1);

@@ -73,13 +73,13 @@ TEST_F(ZelCollectTest, AFullFileSystemLeavesThePreviousResultAsItWas) {
 
   TRun first = Run({"-c", "KAPLA_OperatingSystem", "-o", result});
   ASSERT_EQ(first.fExit, 0) << first.fErr;
-  std::string previous = ReadAll(result);
+  std::string previous = ReadFile(result);
   TRun run = Run({"-o", result}); // the whole machine, uncompressed: far more than 64 KiB
   EXPECT_EQ(run.fExit, 2);
   EXPECT_EQ(run.fErr, "zelcollect: cannot write " + result + ": No space left on device\n");
   EXPECT_TRUE(HasLine(run.fOut, "KAPLA_OperatingSystem  (1 instance, plugin OperatingSystem 1.0.0)"));
   EXPECT_EQ(run.fOut.find("Result file"), std::string::npos);
-  EXPECT_EQ(ReadAll(result), previous);
+  EXPECT_EQ(ReadFile(result), previous);
   ExpectComplete(result);
   EXPECT_EQ(HiddenEntries(full), std::vector<std::string>());
   EXPECT_EQ(umount2(full.c_str(), MNT_DETACH), 0);
@@ -136,7 +136,7 @@ TEST_F(ZelCollectTest, ALinkPlantedAtTheResultsNameIsRefusedUnlessFollowed) {
   EXPECT_EQ(log.fExit, 2);
   EXPECT_EQ(log.fErr, "zelcollect: cannot open log file planted.log: it is a symbolic link "
                       "(--follow-symlinks writes through it)\n");
-  EXPECT_EQ(ReadAll(victim), "precious");
+  EXPECT_EQ(ReadFile(victim), "precious");
 
   TRun followed = Run({"-c", "KAPLA_OperatingSystem", "-o", "planted.xml", "--follow-symlinks"});
   EXPECT_EQ(followed.fExit, 0) << followed.fErr;

@@ -3,7 +3,7 @@
 #ifndef BUNDLEDTEST_H
 #define BUNDLEDTEST_H
 
-#include "ZelTest.h"
+#include "ZelCollectRun.h"
 
 #include "TCIMClass.h"
 #include "TCIMInstance.h"
@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-class BundledTest : public ZelTest {
+class BundledTest : public ZelCollectTest {
 protected:
   /// The fixture tree of that name under tests/bundled/fixtures.
   static std::string Fixture(const std::string& name);
@@ -30,6 +30,17 @@ protected:
   /// The one instance of cls whose property has that text; fails the test otherwise.
   static TCIMInstance* Find(TContainer& container, const std::string& cls,
                             const std::string& property, const std::string& text);
+
+  /// A table of instances of cls: columns name the properties, the first the one that finds
+  /// the row's instance; each further cell is that property's Text.
+  static void ExpectInstances(TContainer& container, const std::string& cls,
+                              const std::vector<std::string>& columns,
+                              const std::vector<std::vector<std::string>>& rows);
+
+  /// A qualifier of a property's declaration in the result, as text; "ABSENT" when the
+  /// class, the property or the qualifier is not there.
+  static std::string Qualifier(TContainer& container, const std::string& cls,
+                               const std::string& property, const std::string& qualifier);
 
   /// A property's raw value as text (decimal numbers, CIM date-times); "NULL" when it is NULL, "ABSENT" when the instance has no
   /// such property.

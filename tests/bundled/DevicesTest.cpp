@@ -60,14 +60,6 @@ protected:
     return held ? held->ToString() : "ABSENT";
   }
 
-  static std::string Qualifier(TContainer& result, const std::string& cls,
-                               const std::string& property, const std::string& qualifier) {
-    TCIMClass* found = result.FindClass(cls);
-    TCIMPropertyDecl* decl = found ? found->FindPropertyDecl(property) : nullptr;
-    TCIMQualifier* held = decl ? decl->FindQualifier(qualifier) : nullptr;
-    return held ? held->GetValue().ToString(10) : "ABSENT";
-  }
-
   // The key value named in a reference: DeviceID, or Name for the computer system.
   static std::string KeyIn(const std::string& path) {
     for (const char* key : {"DeviceID=\"", "Name=\""}) {

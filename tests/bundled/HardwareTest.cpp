@@ -206,14 +206,6 @@ protected:
     return root;
   }
 
-  // The text of a qualifier of a property as the result declares it; "ABSENT" without it.
-  static std::string Qualifier(TContainer& container, const std::string& cls,
-                               const std::string& property, const std::string& name) {
-    TCIMQualifier* qualifier =
-        container.GetClass(cls)->GetPropertyDecl(property).FindQualifier(name);
-    return qualifier ? qualifier->GetValue().ToString(10) : "ABSENT";
-  }
-
   static double Real(TCIMInstance* instance, const std::string& property) {
     return static_cast<double>(instance->GetProperty(property).GetValue());
   }
@@ -252,20 +244,10 @@ TEST_F(HardwareTest, MemoryModulesComeFromTheTypeSeventeenRecordsOfTheTable) {
     tags.insert(Text(module, "Tag"));
   EXPECT_EQ(tags, (std::set<std::string>{"0x1100", "0x1102", "0x1103", "0x1104"}));
 
-  struct TRow {
-    const char* fTag;
-    const char* fLocator;
-    const char* fBank;
-    const char* fCapacity;
-    const char* fFormFactor;
-    const char* fType;
-    const char* fSpeed;
-    const char* fConfigured;
-    const char* fManufacturer;
-    const char* fSerial;
-    const char* fPart;
-  };
-  const TRow kRows[] = {
+  ExpectInstances(c, "KAPLA_PhysicalMemory",
+                  {"Tag", "DeviceLocator", "BankLabel", "Capacity", "FormFactor", "MemoryType",
+                   "Speed", "ConfiguredSpeed", "Manufacturer", "SerialNumber", "PartNumber"},
+                  {
       {"0x1100", "DIMM_A1", "BANK 0", "34359738368", "9", "34", "6400", "5600", "Acme Memory",
        "8A1B2C3D", "AM5-32G-6400"},
       {"0x1102", "DIMM_B1", "BANK 2", "8589934592", "13", "26", "2666", "NULL", "NULL", "NULL",
@@ -273,23 +255,9 @@ TEST_F(HardwareTest, MemoryModulesComeFromTheTypeSeventeenRecordsOfTheTable) {
       {"0x1103", "SLOT 3", "NULL", "2097152", "NULL", "NULL", "NULL", "NULL", "NULL", "NULL",
        "NULL"},
       {"0x1104", "SLOT 4", "NULL", "NULL", "NULL", "24", "NULL", "NULL", "NULL", "NULL", "NULL"},
-  };
-  for (const TRow& row : kRows) {
-    SCOPED_TRACE(row.fTag);
-    TCIMInstance* module = Find(c, "KAPLA_PhysicalMemory", "Tag", row.fTag);
-    ASSERT_NE(module, nullptr);
+  });
+  for (TCIMInstance* module : Instances(c, "KAPLA_PhysicalMemory"))
     EXPECT_EQ(Text(module, "CreationClassName"), "KAPLA_PhysicalMemory");
-    EXPECT_EQ(Text(module, "DeviceLocator"), row.fLocator);
-    EXPECT_EQ(Text(module, "BankLabel"), row.fBank);
-    EXPECT_EQ(Text(module, "Capacity"), row.fCapacity);
-    EXPECT_EQ(Text(module, "FormFactor"), row.fFormFactor);
-    EXPECT_EQ(Text(module, "MemoryType"), row.fType);
-    EXPECT_EQ(Text(module, "Speed"), row.fSpeed);
-    EXPECT_EQ(Text(module, "ConfiguredSpeed"), row.fConfigured);
-    EXPECT_EQ(Text(module, "Manufacturer"), row.fManufacturer);
-    EXPECT_EQ(Text(module, "SerialNumber"), row.fSerial);
-    EXPECT_EQ(Text(module, "PartNumber"), row.fPart);
-  }
 
   // Codes read through their value maps; the speed's unit has no scaling, so it shows bare.
   TCIMInstance* a1 = Find(c, "KAPLA_PhysicalMemory", "Tag", "0x1100");
@@ -415,32 +383,17 @@ TEST_F(HardwareTest, ProcessorsCarryTheirIdentityFlagsAndCaches) {
       Fixture("hardware"), {"KAPLA_ComputerSystem", "KAPLA_Processor", "KAPLA_SystemProcessor"});
   TContainer& c = *result;
   ASSERT_EQ(Instances(c, "KAPLA_Processor").size(), 2u);
-  struct TRow {
-    const char* fId;
-    const char* fSpeed;
-    const char* fL3;
-  };
-  const TRow kRows[] = {{"CPU0", "3400", "33554432"}, {"CPU1", "2200", "NULL"}};
-  for (const TRow& row : kRows) {
-    SCOPED_TRACE(row.fId);
-    TCIMInstance* cpu = Find(c, "KAPLA_Processor", "DeviceID", row.fId);
-    ASSERT_NE(cpu, nullptr);
-    EXPECT_EQ(Text(cpu, "Name"), "Example 8-Core Processor");
-    EXPECT_EQ(Text(cpu, "Manufacturer"), "AuthenticAMD");
-    EXPECT_EQ(Text(cpu, "Family"), "25");
-    EXPECT_EQ(Text(cpu, "Model"), "33");
-    EXPECT_EQ(Text(cpu, "Stepping"), "2");
-    EXPECT_EQ(Text(cpu, "Microcode"), "0xa201016");
-    EXPECT_EQ(Text(cpu, "ThreadsPerCore"), "2");
-    EXPECT_EQ(Text(cpu, "CurrentClockSpeed"), row.fSpeed);
-    EXPECT_EQ(Text(cpu, "CacheSize"), "524288");
-    EXPECT_EQ(Text(cpu, "L1DataCacheSize"), "32768");
-    EXPECT_EQ(Text(cpu, "L1InstructionCacheSize"), "32768");
-    EXPECT_EQ(Text(cpu, "L2CacheSize"), "524288");
-    EXPECT_EQ(Text(cpu, "L3CacheSize"), row.fL3);
+  ExpectInstances(c, "KAPLA_Processor",
+                  {"DeviceID", "Name", "Manufacturer", "Family", "Model", "Stepping", "Microcode",
+                   "ThreadsPerCore", "CurrentClockSpeed", "CacheSize", "L1DataCacheSize",
+                   "L1InstructionCacheSize", "L2CacheSize", "L3CacheSize"},
+                  {{"CPU0", "Example 8-Core Processor", "AuthenticAMD", "25", "33", "2",
+                    "0xa201016", "2", "3400", "524288", "32768", "32768", "524288", "33554432"},
+                   {"CPU1", "Example 8-Core Processor", "AuthenticAMD", "25", "33", "2",
+                    "0xa201016", "2", "2200", "524288", "32768", "32768", "524288", "NULL"}});
+  for (TCIMInstance* cpu : Instances(c, "KAPLA_Processor"))
     EXPECT_EQ(cpu->GetProperty("Flags").ToStringVector(),
               (std::vector<std::string>{"fpu", "vme", "de", "pse", "tsc", "sse2", "ht"}));
-  }
   EXPECT_EQ(Qualifier(c, "KAPLA_Processor", "CurrentClockSpeed", "UNITS"), "MegaHertz");
   EXPECT_EQ(Qualifier(c, "KAPLA_Processor", "CurrentClockSpeed", "VOLATILE"), "true");
   for (const char* size : {"CacheSize", "L1DataCacheSize", "L1InstructionCacheSize",

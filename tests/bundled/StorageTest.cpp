@@ -26,14 +26,6 @@ protected:
                           "KAPLA_ResidesOnExtent"});
   }
 
-  /// A qualifier of a property's declaration as text; "ABSENT" when it has none.
-  static std::string Qualifier(TContainer& container, const std::string& cls,
-                               const std::string& property, const std::string& qualifier) {
-    TCIMPropertyDecl* decl = container.FindClass(cls)->FindPropertyDecl(property);
-    TCIMQualifier* held = decl ? decl->FindQualifier(qualifier) : nullptr;
-    return held ? held->GetValue().ToString(10) : "ABSENT";
-  }
-
   /// "Class DeviceID" of each instance the association relates to this one.
   static std::set<std::string> Related(TCIMInstance* instance, const std::string& association) {
     std::set<std::string> related;
@@ -49,24 +41,7 @@ protected:
 
 TEST_F(StorageTest, EachDiskCarriesWhatSysfsTellsAndNullWhereItTellsNothing) {
   std::unique_ptr<TContainer> result = CollectStorage(Fixture("storage"));
-  struct Row {
-    const char* fDevice;
-    const char* fName;
-    const char* fModel;
-    const char* fManufacturer;
-    const char* fSerial;
-    const char* fWWN;
-    const char* fFirmware;
-    const char* fSize;
-    const char* fLogical;
-    const char* fPhysical;
-    const char* fRotational;
-    const char* fRemovable;
-    const char* fReadOnly;
-    const char* fTransport;
-    const char* fBackingFile;
-  };
-  const Row rows[] = {
+  const std::vector<std::vector<std::string>> rows = {
       {"nvme0n1", "/dev/nvme0n1", "ZT NVMe 512GB", "NULL", "ZTN0A1B2C3D4",
        "eui.002538b111b2c3d4", "3B2QGXA7", "512110190592", "512", "512", "false", "false",
        "false", "nvme", "NULL"},
@@ -80,62 +55,31 @@ TEST_F(StorageTest, EachDiskCarriesWhatSysfsTellsAndNullWhereItTellsNothing) {
        "false", "false", "true", "loop", "/var/lib/images/base.img"},
   };
   // The free loop device and the optical drive are no disks.
-  ASSERT_EQ(Instances(*result, "KAPLA_DiskDrive").size(), sizeof rows / sizeof *rows);
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.fDevice);
-    TCIMInstance* disk = Find(*result, "KAPLA_DiskDrive", "DeviceID", row.fDevice);
-    ASSERT_NE(disk, nullptr);
+  ASSERT_EQ(Instances(*result, "KAPLA_DiskDrive").size(), rows.size());
+  ExpectInstances(*result, "KAPLA_DiskDrive",
+                  {"DeviceID", "Name", "Model", "Manufacturer", "SerialNumber", "WWN",
+                   "FirmwareRevision", "Size", "LogicalBlockSize", "PhysicalBlockSize",
+                   "Rotational", "Removable", "ReadOnly", "Transport", "BackingFile"},
+                  rows);
+  for (TCIMInstance* disk : Instances(*result, "KAPLA_DiskDrive"))
     EXPECT_EQ(Text(disk, "CreationClassName"), "KAPLA_DiskDrive");
-    EXPECT_EQ(Text(disk, "Name"), row.fName);
-    EXPECT_EQ(Text(disk, "Model"), row.fModel);
-    EXPECT_EQ(Text(disk, "Manufacturer"), row.fManufacturer);
-    EXPECT_EQ(Text(disk, "SerialNumber"), row.fSerial);
-    EXPECT_EQ(Text(disk, "WWN"), row.fWWN);
-    EXPECT_EQ(Text(disk, "FirmwareRevision"), row.fFirmware);
-    EXPECT_EQ(Text(disk, "Size"), row.fSize);
-    EXPECT_EQ(Text(disk, "LogicalBlockSize"), row.fLogical);
-    EXPECT_EQ(Text(disk, "PhysicalBlockSize"), row.fPhysical);
-    EXPECT_EQ(Text(disk, "Rotational"), row.fRotational);
-    EXPECT_EQ(Text(disk, "Removable"), row.fRemovable);
-    EXPECT_EQ(Text(disk, "ReadOnly"), row.fReadOnly);
-    EXPECT_EQ(Text(disk, "Transport"), row.fTransport);
-    EXPECT_EQ(Text(disk, "BackingFile"), row.fBackingFile);
-  }
 }
 
 TEST_F(StorageTest, EachPartitionCarriesItsPlaceAndWhatUdevReadOfItsTable) {
   std::unique_ptr<TContainer> result = CollectStorage(Fixture("storage"));
-  struct Row {
-    const char* fDevice;
-    const char* fNumber;
-    const char* fStart;
-    const char* fSize;
-    const char* fName;
-    const char* fScheme;
-    const char* fType;
-    const char* fUUID;
-  };
-  const Row rows[] = {
-      {"nvme0n1p1", "1", "1048576", "536870912", "EFI system partition", "gpt",
+  const std::vector<std::vector<std::string>> rows = {
+      {"nvme0n1p1", "/dev/nvme0n1p1", "1", "1048576", "536870912", "EFI system partition", "gpt",
        "c12a7328-f81f-11d2-ba4b-00a0c93ec93b", "4f1d9c4e-2b7a-4c55-9e0f-5d3c2a1b0e9f"},
-      {"nvme0n1p2", "2", "537919488", "511571394560", "NULL", "NULL", "NULL", "NULL"},
-      {"sda1", "1", "1048576", "1000203837440", "NULL", "dos", "0x83", "1a2b3c4d-01"},
+      {"nvme0n1p2", "/dev/nvme0n1p2", "2", "537919488", "511571394560", "NULL", "NULL", "NULL", "NULL"},
+      {"sda1", "/dev/sda1", "1", "1048576", "1000203837440", "NULL", "dos", "0x83", "1a2b3c4d-01"},
   };
-  ASSERT_EQ(Instances(*result, "KAPLA_DiskPartition").size(), sizeof rows / sizeof *rows);
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.fDevice);
-    TCIMInstance* partition = Find(*result, "KAPLA_DiskPartition", "DeviceID", row.fDevice);
-    ASSERT_NE(partition, nullptr);
-    EXPECT_EQ(Text(partition, "Name"), std::string("/dev/") + row.fDevice);
-    EXPECT_EQ(Text(partition, "PartitionNumber"), row.fNumber);
-    EXPECT_EQ(Text(partition, "StartingOffset"), row.fStart);
-    EXPECT_EQ(Text(partition, "Size"), row.fSize);
+  ASSERT_EQ(Instances(*result, "KAPLA_DiskPartition").size(), rows.size());
+  ExpectInstances(*result, "KAPLA_DiskPartition",
+                  {"DeviceID", "Name", "PartitionNumber", "StartingOffset", "Size",
+                   "PartitionName", "PartitionScheme", "PartitionType", "PartitionUUID"},
+                  rows);
+  for (TCIMInstance* partition : Instances(*result, "KAPLA_DiskPartition"))
     EXPECT_EQ(Text(partition, "ReadOnly"), "false");
-    EXPECT_EQ(Text(partition, "PartitionName"), row.fName);
-    EXPECT_EQ(Text(partition, "PartitionScheme"), row.fScheme);
-    EXPECT_EQ(Text(partition, "PartitionType"), row.fType);
-    EXPECT_EQ(Text(partition, "PartitionUUID"), row.fUUID);
-  }
 }
 
 TEST_F(StorageTest, SizesCarryTheirUnitsAndIdentifiersAreMarkedSensitive) {

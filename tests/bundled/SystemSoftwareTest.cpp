@@ -29,16 +29,6 @@ protected:
     return Collect(Fixture("software"), classes);
   }
 
-  // The value of a qualifier on a property of a class of the result, "ABSENT"
-  // without one.
-  static std::string Qualifier(TContainer& container, const std::string& cls,
-                               const std::string& property, const std::string& qualifier) {
-    TCIMClass* found = container.FindClass(cls);
-    TCIMPropertyDecl* decl = found ? found->FindPropertyDecl(property) : nullptr;
-    TCIMQualifier* held = decl ? decl->FindQualifier(qualifier) : nullptr;
-    return held ? held->GetValue().ToString(10) : "ABSENT";
-  }
-
   static std::set<std::string> Paths(TContainer& container, const std::string& cls) {
     std::set<std::string> paths;
     for (TCIMInstance* instance : Instances(container, cls))
@@ -57,36 +47,18 @@ protected:
 TEST_F(SystemSoftwareTest, AccountsComeFromPasswdWithTheirGroupsAndNoPasswordData) {
   std::unique_ptr<TContainer> result =
       CollectFixture({"KAPLA_ComputerSystem", "KAPLA_Account", "KAPLA_AccountOnSystem"});
-  struct Row {
-    const char* name;
-    const char* uid;
-    const char* gid;
-    const char* primary;
-    const char* groups;
-    const char* home;
-    const char* shell;
-    const char* system;
-  };
-  const Row rows[] = {
+  ExpectInstances(*result, "KAPLA_Account",
+                  {"Name", "UserID", "GroupID", "PrimaryGroup", "Groups", "HomeDirectory",
+                   "LoginShell", "SystemAccount"},
+                  {
       {"root", "0", "0", "root", "{ root }", "/root", "/bin/bash", "true"},
       {"daemon", "1", "1", "daemon", "{ daemon }", "/usr/sbin", "/usr/sbin/nologin", "true"},
       {"alice", "1000", "1000", "alice", "{ alice, sudo, users }", "/home/alice", "/bin/zsh",
        "false"},
       {"nobody", "65534", "65534", "nogroup", "{ nogroup }", "/nonexistent", "/usr/sbin/nologin",
        "true"},
-  };
+  });
   ASSERT_EQ(Instances(*result, "KAPLA_Account").size(), 4u) << "the NIS line is no account";
-  for (const Row& row : rows) {
-    TCIMInstance* account = Find(*result, "KAPLA_Account", "Name", row.name);
-    ASSERT_NE(account, nullptr);
-    EXPECT_EQ(Text(account, "UserID"), row.uid) << row.name;
-    EXPECT_EQ(Text(account, "GroupID"), row.gid) << row.name;
-    EXPECT_EQ(Text(account, "PrimaryGroup"), row.primary) << row.name;
-    EXPECT_EQ(Text(account, "Groups"), row.groups) << row.name;
-    EXPECT_EQ(Text(account, "HomeDirectory"), row.home) << row.name;
-    EXPECT_EQ(Text(account, "LoginShell"), row.shell) << row.name;
-    EXPECT_EQ(Text(account, "SystemAccount"), row.system) << row.name;
-  }
   EXPECT_EQ(Qualifier(*result, "KAPLA_Account", "Name", "SENSITIVE"), "true");
   EXPECT_EQ(Qualifier(*result, "KAPLA_Account", "HomeDirectory", "SENSITIVE"), "true");
   EXPECT_EQ(Instances(*result, "KAPLA_AccountOnSystem").size(), 4u);
@@ -100,20 +72,10 @@ TEST_F(SystemSoftwareTest, KernelModulesComeFromProcModulesWithTheirVersions) {
   std::unique_ptr<TContainer> result = CollectFixture(
       {"KAPLA_ComputerSystem", "KAPLA_KernelModule", "KAPLA_InstalledSoftwareElement"});
   ASSERT_EQ(Instances(*result, "KAPLA_KernelModule").size(), 3u);
-  TCIMInstance* tables = Find(*result, "KAPLA_KernelModule", "Name", "nf_tables");
-  ASSERT_NE(tables, nullptr);
-  EXPECT_EQ(Text(tables, "Size"), "290816");
-  EXPECT_EQ(Text(tables, "UseCount"), "3");
-  EXPECT_EQ(Text(tables, "Dependents"), "{ nft_ct, nft_chain_nat }");
-  EXPECT_EQ(Text(tables, "State"), "Live");
-  EXPECT_EQ(Text(tables, "Version"), "NULL");
-  TCIMInstance* e1000e = Find(*result, "KAPLA_KernelModule", "Name", "e1000e");
-  ASSERT_NE(e1000e, nullptr);
-  EXPECT_EQ(Text(e1000e, "Size"), "282624");
-  EXPECT_EQ(Text(e1000e, "UseCount"), "0");
-  EXPECT_EQ(Text(e1000e, "Dependents"), "{  }");
-  EXPECT_EQ(Text(e1000e, "Version"), "3.2.6-k");
-  EXPECT_EQ(Text(e1000e, "SourceVersion"), "4E0D0E7F2A5C8D7E1B1C3A9");
+  ExpectInstances(*result, "KAPLA_KernelModule",
+                  {"Name", "Size", "UseCount", "Dependents", "State", "Version", "SourceVersion"},
+                  {{"nf_tables", "290816", "3", "{ nft_ct, nft_chain_nat }", "Live", "NULL", "NULL"},
+                   {"e1000e", "282624", "0", "{  }", "Live", "3.2.6-k", "4E0D0E7F2A5C8D7E1B1C3A9"}});
   EXPECT_EQ(Qualifier(*result, "KAPLA_KernelModule", "Size", "UNITS"), "Bytes");
   std::vector<TCIMInstance*> links = Instances(*result, "KAPLA_InstalledSoftwareElement");
   ASSERT_EQ(links.size(), 3u);
@@ -137,31 +99,20 @@ TEST_F(SystemSoftwareTest, PackagesAreKeyedByNameAndArchitecture) {
 TEST_F(SystemSoftwareTest, ServicesComeFromUnitFilesWithoutTheManagerUnderARoot) {
   std::unique_ptr<TContainer> result =
       CollectFixture({"KAPLA_ComputerSystem", "KAPLA_Service", "KAPLA_HostedService"});
-  struct Row {
-    const char* name;
-    const char* description;
-    const char* state;
-  };
-  const Row rows[] = {
-      {"ssh.service", "OpenBSD Secure Shell server", "enabled"},
-      {"rsync.service", "fast remote file copy program daemon", "disabled"},
-      {"cron.service", "Regular background program processing daemon", "static"},
-      {"apt-daily.service", "NULL", "masked"},
-      {"session-setup.service", "Set up this boot's session", "static"},
-  };
+  // Only the running manager knows the active state and the PID, and it is not asked about
+  // another root.
+  ExpectInstances(*result, "KAPLA_Service",
+                  {"Name", "Description", "UnitFileState", "ActiveState", "MainPID"},
+                  {
+      {"ssh.service", "OpenBSD Secure Shell server", "enabled", "NULL", "NULL"},
+      {"rsync.service", "fast remote file copy program daemon", "disabled", "NULL", "NULL"},
+      {"cron.service", "Regular background program processing daemon", "static", "NULL", "NULL"},
+      {"apt-daily.service", "NULL", "masked", "NULL", "NULL"},
+      {"session-setup.service", "Set up this boot's session", "static", "NULL", "NULL"},
+  });
   // Neither the template getty@.service nor the alias sshd.service is a
   // service.
   ASSERT_EQ(Instances(*result, "KAPLA_Service").size(), 5u);
-  for (const Row& row : rows) {
-    TCIMInstance* service = Find(*result, "KAPLA_Service", "Name", row.name);
-    ASSERT_NE(service, nullptr);
-    EXPECT_EQ(Text(service, "Description"), row.description) << row.name;
-    EXPECT_EQ(Text(service, "UnitFileState"), row.state) << row.name;
-    // Only the running manager knows these, and it is not asked about another
-    // root.
-    EXPECT_EQ(Text(service, "ActiveState"), "NULL") << row.name;
-    EXPECT_EQ(Text(service, "MainPID"), "NULL") << row.name;
-  }
   EXPECT_EQ(Qualifier(*result, "KAPLA_Service", "MainPID", "VOLATILE"), "true");
   EXPECT_EQ(Instances(*result, "KAPLA_HostedService").size(), 5u);
 }
@@ -169,27 +120,15 @@ TEST_F(SystemSoftwareTest, ServicesComeFromUnitFilesWithoutTheManagerUnderARoot)
 TEST_F(SystemSoftwareTest, UnderARootOnlyTheIPv6AddressesOfIfInet6AreReported) {
   std::unique_ptr<TContainer> result = CollectFixture(
       {"KAPLA_NetworkAdapter", "KAPLA_IPProtocolEndpoint", "KAPLA_DeviceSAPImplementation"});
-  struct Row {
-    const char* name;
-    const char* address;
-    const char* prefix;
-    const char* scope;
-  };
-  const Row rows[] = {
-      {"lo/::1/128", "::1", "128", "host"},
-      {"eth0/2001:db8::42/64", "2001:db8::42", "64", "global"},
-      {"eth0/fe80::211:22ff:fe33:4455/64", "fe80::211:22ff:fe33:4455", "64", "link"},
-  };
+  ExpectInstances(*result, "KAPLA_IPProtocolEndpoint",
+                  {"Name", "Address", "PrefixLength", "Scope", "ProtocolIFType"},
+                  {
+      {"lo/::1/128", "::1", "128", "host", "4097"},
+      {"eth0/2001:db8::42/64", "2001:db8::42", "64", "global", "4097"},
+      {"eth0/fe80::211:22ff:fe33:4455/64", "fe80::211:22ff:fe33:4455", "64", "link", "4097"},
+  });
   ASSERT_EQ(Instances(*result, "KAPLA_IPProtocolEndpoint").size(), 3u)
       << "no IPv4 address of this machine under another root";
-  for (const Row& row : rows) {
-    TCIMInstance* endpoint = Find(*result, "KAPLA_IPProtocolEndpoint", "Name", row.name);
-    ASSERT_NE(endpoint, nullptr);
-    EXPECT_EQ(Text(endpoint, "Address"), row.address);
-    EXPECT_EQ(Text(endpoint, "PrefixLength"), row.prefix);
-    EXPECT_EQ(Text(endpoint, "Scope"), row.scope);
-    EXPECT_EQ(Text(endpoint, "ProtocolIFType"), "4097");
-  }
   EXPECT_EQ(
       Paths(*result, "KAPLA_DeviceSAPImplementation"),
       (std::set<std::string>{"KAPLA_DeviceSAPImplementation.Antecedent=\"KAPLA_NetworkAdapter."

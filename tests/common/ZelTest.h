@@ -12,6 +12,10 @@
 #include <vector>
 
 class ZelTest : public ::testing::Test {
+public:
+  /// The whole of a file; empty when it cannot be read.
+  static std::string ReadFile(std::string const& path);
+
 protected:
   void SetUp() override;
   void TearDown() override;
@@ -24,8 +28,6 @@ protected:
   std::string TempPath(std::string const& name) const;
   /// Writes a file in the temporary directory and returns its path.
   std::string WriteFile(std::string const& name, std::string const& contents) const;
-  /// The whole of a file; empty when it cannot be read.
-  static std::string ReadFile(std::string const& path);
 
   std::string fTempDir;
   std::string fLogPath;

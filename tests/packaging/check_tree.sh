@@ -5,7 +5,7 @@
 zel_check_tree() {
   local prefix=$1 owner=${2:-root:root} bad
   bad=$(cd "$prefix" && find bin/zelcollect lib*/libzelcore.so* lib*/pkgconfig/zelcore.pc \
-      lib*/cmake/zelcore lib*/zelcore include/zelcore share/zelcore \
+      lib*/cmake/zelcore lib*/zelcore include/zelcore share/zelcore share/man/man1/zelcollect.1 \
       -printf '%u:%g %m %y %p\n' | awk -v owner="$owner" '
     $1 != owner { print "owner " $1 ": " $4; next }
     $3 == "d" && $2 != "755" { print $2 " " $4; next }
@@ -16,8 +16,8 @@ zel_check_tree() {
     echo "$bad"
     exit 1
   fi
-  # The plugins and the schema, as the collector finds them.
+  # The plugins and the schema, as the collector finds them, and the manual page.
   (cd "$prefix" && ls lib*/zelcore/plugins/os/libos.pi.so lib*/zelcore/plugins/os/os.properties.xml \
-     share/zelcore/schema/01-qualifiers.xml > /dev/null) ||
-    { echo "plugins or schema missing under $prefix"; exit 1; }
+     share/zelcore/schema/01-qualifiers.xml share/man/man1/zelcollect.1 > /dev/null) ||
+    { echo "plugins, schema or manual page missing under $prefix"; exit 1; }
 }

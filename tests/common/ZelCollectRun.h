@@ -1,6 +1,7 @@
-// zelcollect run as a child process, as a user runs it: the fixture of the collector's
-// tests, with what a run can be given (a terminal, a broken standard output, another user,
-// a umask) and the helpers that read its output.
+// zelcollect run as a child process, as a user runs it: the fixture of the collector's and
+// the bundled plugins' tests, with what a run can be given (a machine's root, a terminal, a
+// broken standard output, another user, a umask) and the helpers that read its output.
+// ZEL_COLLECT names the program.
 #ifndef ZELCOLLECTRUN_H
 #define ZELCOLLECTRUN_H
 
@@ -19,7 +20,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -29,13 +29,6 @@ struct TRun {
   std::string fOut;
   std::string fErr;
 };
-
-inline std::string ReadAll(const std::string& path) {
-  std::ifstream in(path.c_str(), std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
 
 inline std::vector<std::string> Lines(const std::string& text) {
   std::vector<std::string> lines;
@@ -57,9 +50,9 @@ inline bool HasLine(const std::string& text, const std::string& line) {
   return ("\n" + text).find("\n" + line + "\n") != std::string::npos;
 }
 
-
 // How a run is started.
 struct TRunSetup {
+  std::string fRoot;      ///< the machine the plugins read (ZEL_SYSROOT); "" this one
   bool fTerminal = false; ///< standard error on a terminal
   enum EOutput { kFile, kClosedPipe, kDevFull } fOutput = kFile; ///< standard output
   uid_t fUser = 0;        ///< not 0: run as this user (and its group)
@@ -99,6 +92,10 @@ protected:
         _exit(127);
       if (chdir(fTempDir.c_str()) != 0)
         _exit(127);
+      if (setup.fRoot.empty())
+        unsetenv("ZEL_SYSROOT");
+      else
+        setenv("ZEL_SYSROOT", setup.fRoot.c_str(), 1);
       umask(setup.fUmask);
       dup2(nullFd, 0);
       dup2(outFd, 1);
@@ -120,9 +117,9 @@ protected:
     int status = 0;
     EXPECT_EQ(waitpid(child, &status, 0), child);
     run.fExit = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    run.fOut = setup.fOutput == TRunSetup::kFile ? ReadAll(out) : "";
+    run.fOut = setup.fOutput == TRunSetup::kFile ? ReadFile(out) : "";
     if (!terminal)
-      run.fErr = ReadAll(err);
+      run.fErr = ReadFile(err);
     return run;
   }
 
@@ -158,11 +155,9 @@ protected:
   static void ExpectComplete(const std::string& path) {
     TContainer loaded;
     ASSERT_NO_THROW(loaded.PopulateContainerFromFile(path)) << path;
-    EXPECT_EQ(TCIMXMLWriter::Write(loaded, TCIMXMLWriter::eClassesWithInstances), ReadAll(path))
+    EXPECT_EQ(TCIMXMLWriter::Write(loaded, TCIMXMLWriter::eClassesWithInstances), ReadFile(path))
         << path;
   }
-
 };
-
 
 #endif
