@@ -164,3 +164,89 @@ std::string ZelGenerateCimXml(size_t minBytes) {
   out += "</DECLGROUP.WITHNAME>\n</DECLARATION>\n</CIM>\n";
   return out;
 }
+
+// ---- The schema document ---------------------------------------------------------------
+
+static const char* const kWords[] = {
+    "the",      "of",        "a",          "device",    "value",   "property", "instance",
+    "class",    "that",      "is",         "for",       "which",   "system",   "when",
+    "managed",  "element",   "describes",  "state",     "current", "number",   "capacity",
+    "provides", "configured", "identifier", "supported", "may",     "be",       "used",
+    "or",       "not",       "by",         "this",      "in",      "its",      "an",
+    "operational", "status", "firmware",   "vendor",    "defined", "between",  "each"};
+
+// About length bytes of words, ending with a full stop; "&" and "<" appear now and then.
+static void AppendText(std::string& out, TSequence& sequence, size_t length) {
+  size_t end = out.size() + length;
+  bool first = true;
+  while (out.size() < end) {
+    if (!first)
+      out += sequence.Next(24) == 0 ? " &amp; " : sequence.Next(40) == 0 ? " &lt;" : " ";
+    out += kWords[sequence.Next(sizeof kWords / sizeof *kWords)];
+    first = false;
+  }
+  out += '.';
+}
+
+static void AppendDescription(std::string& out, TSequence& sequence, const char* indent,
+                              size_t length) {
+  out += indent;
+  out += "<QUALIFIER NAME=\"Description\" TYPE=\"string\"><VALUE>";
+  AppendText(out, sequence, length);
+  out += "</VALUE></QUALIFIER>\n";
+}
+
+static void AppendSchemaProperty(std::string& out, TSequence& sequence, unsigned cls,
+                                 unsigned index) {
+  static const char* const kTypes[] = {"string", "uint16", "uint32", "uint64", "boolean",
+                                       "datetime", "sint32", "real64"};
+  const char* type = kTypes[sequence.Next(sizeof kTypes / sizeof *kTypes)];
+  bool array = sequence.Next(5) == 0;
+  std::string name = "Property" + std::to_string(cls) + "x" + std::to_string(index);
+  out += array ? "  <PROPERTY.ARRAY NAME=\"" : "  <PROPERTY NAME=\"";
+  out += name;
+  out += "\" TYPE=\"";
+  out += type;
+  out += "\">\n";
+  AppendDescription(out, sequence, "   ", 160 + sequence.Next(320));
+  switch (sequence.Next(3)) {
+  case 0:
+    out += "   <QUALIFIER NAME=\"Units\" TYPE=\"string\"><VALUE>";
+    AppendText(out, sequence, 8);
+    out += "</VALUE></QUALIFIER>\n";
+    break;
+  case 1:
+    out += "   <QUALIFIER NAME=\"MaxLen\" TYPE=\"uint32\"><VALUE>";
+    out += std::to_string(16 << sequence.Next(6));
+    out += "</VALUE></QUALIFIER>\n";
+    break;
+  default:
+    out += "   <QUALIFIER NAME=\"ValueMap\" TYPE=\"string\"><VALUE.ARRAY>";
+    for (uint32_t n = 2 + sequence.Next(8), v = 0; v < n; ++v)
+      out += "<VALUE>" + std::to_string(v) + "</VALUE>";
+    out += "</VALUE.ARRAY></QUALIFIER>\n";
+  }
+  out += array ? "  </PROPERTY.ARRAY>\n" : "  </PROPERTY>\n";
+}
+
+std::string ZelGenerateCimXmlSchema(unsigned classes) {
+  std::string out;
+  out += "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+         "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">\n<DECLARATION>\n<DECLGROUP>\n";
+  out += kQualifierDeclarations;
+  out += kBaseClasses;
+  TSequence sequence;
+  for (unsigned cls = 0; cls < classes; ++cls) {
+    // Chains of up to eight classes under ZEL_LogicalDevice.
+    std::string superclass = cls % 8 == 0 ? std::string("ZEL_LogicalDevice")
+                                          : "ZEL_Schema" + std::to_string(cls - 1);
+    out += "<VALUE.OBJECT>\n<CLASS NAME=\"ZEL_Schema" + std::to_string(cls) +
+           "\" SUPERCLASS=\"" + superclass + "\">\n";
+    AppendDescription(out, sequence, " ", 400 + sequence.Next(800));
+    for (unsigned index = 0, count = 3 + sequence.Next(6); index < count; ++index)
+      AppendSchemaProperty(out, sequence, cls, index);
+    out += "</CLASS>\n</VALUE.OBJECT>\n";
+  }
+  out += "</DECLGROUP>\n</DECLARATION>\n</CIM>\n";
+  return out;
+}

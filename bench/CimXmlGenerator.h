@@ -10,4 +10,9 @@
 /// same size always gives the same document.
 std::string ZelGenerateCimXml(size_t minBytes);
 
+/// A schema-like document: the same qualifier declarations and base classes, then classes
+/// classes (subclasses of the earlier ones), each with a long description, and properties
+/// that all carry qualifiers, with no instances. The same count gives the same document.
+std::string ZelGenerateCimXmlSchema(unsigned classes);
+
 #endif

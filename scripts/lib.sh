@@ -4,7 +4,7 @@ ZEL_PACKAGES="cmake ninja-build g++ clang pkg-config libgtest-dev libgmock-dev l
 zlib1g-dev libboost-dev libexpat1-dev libxml2-dev libcurl4 libcurl4-openssl-dev nlohmann-json3-dev
 python3-pyftpdlib iproute2
 python3 binutils dpkg-dev mount pci.ids usb.ids libssl-dev libxml2-utils python3-jsonschema
-groff-base"
+groff-base libmimalloc-dev"
 # Large, and only for the tests (the HTML report opened in a browser): scripts/test.sh
 # installs them, the build does not need them.
 ZEL_TEST_PACKAGES="chromium"

@@ -42,11 +42,12 @@ TCIMInstanceImpl::TCIMInstanceImpl(TCIMInstance& owner, TCIMClass* cls)
     : fOwner(owner), fClass(cls) {
   const TCIMClassImpl::TPropertyDeclMap& decls = cls->GetBody()->PropertyDecls();
   std::string renamed;
+  // The declarations come in the map's own order: each node goes in at the end, unsearched.
   for (TCIMClassImpl::TPropertyDeclMap::const_iterator it = decls.begin(); it != decls.end();
        ++it)
-    fProperties.emplace(std::piecewise_construct,
-                        std::forward_as_tuple(NormalName(it->first, *it->second, renamed)),
-                        std::forward_as_tuple(*it->second));
+    fProperties.emplace_hint(fProperties.end(), std::piecewise_construct,
+                             std::forward_as_tuple(NormalName(it->first, *it->second, renamed)),
+                             std::forward_as_tuple(*it->second));
   // Stamped unasked: every instance records when it was collected.
   TPropertyMap::iterator stamp = fProperties.find("datetimeofcollection");
   if (stamp != fProperties.end()) {

@@ -5,6 +5,8 @@
 #include "TCIMQualifierDecl.h"
 #include "TCIMValue.h"
 
+#include <utility>
+
 class TCIMQualifierImpl {
 public:
   TCIMQualifierImpl(const TCIMQualifierDecl& decl, const TCIMValue& value,
@@ -13,6 +15,8 @@ public:
   const TCIMQualifierDecl& GetDeclaration() const { return fDeclaration; }
   const TCIMValue& GetValue() const { return fValue; }
   void SetValue(const TCIMValue& value);
+  /// Moves value in, as a reader that is done with it does; the flags stay as they are.
+  void TakeValue(TCIMValue& value) { fValue = std::move(value); }
   void SetFlavor(TCIMQualifierDecl::EFlavor flavor);
   void UnsetFlavor(TCIMQualifierDecl::EFlavor flavor);
   TCIMQualifierDecl::EFlavor GetFlavor() const;

@@ -5,28 +5,26 @@
 #include "TZELException.h"
 #include "cim/ZelNamedMap.h"
 
-#include <cassert>
+#include <utility>
 
 void ZelAddQualifier(TQualifierMap& qualifiers, TCIMQualifier& qualifier) {
   std::string key = TContainerImpl::NormalizeName(qualifier.GetName());
-  TQualifierMap::iterator existing = qualifiers.find(key);
-  if (existing != qualifiers.end()) {
-    TCIMQualifier& held = *existing->second;
+  // One search: the place found is where the new qualifier goes.
+  TQualifierMap::iterator position = qualifiers.lower_bound(key);
+  if (position != qualifiers.end() && position->first == key) {
+    TCIMQualifier& held = *position->second;
     if (&held == &qualifier)
       return;
     // Only the held qualifier's own bit decides, not its declaration.
     if (held.GetFlavor() & TCIMQualifierDecl::eOverridable) {
-      qualifiers.erase(existing);
+      position = qualifiers.erase(position);
     } else {
       if (held.GetValue() != qualifier.GetValue() || held.GetFlavor() != qualifier.GetFlavor())
         throw TZELException(zelStatusNotOverridable);
       return; // An identical re-add is accepted; the caller keeps its object.
     }
   }
-  std::pair<TQualifierMap::iterator, bool> ret =
-      qualifiers.insert(std::make_pair(key, boost::shared_ptr<TCIMQualifier>(&qualifier)));
-  assert(ret.second);
-  (void)ret;
+  qualifiers.emplace_hint(position, std::move(key), boost::shared_ptr<TCIMQualifier>(&qualifier));
 }
 
 TCIMQualifier& ZelGetQualifier(TQualifierMap const& qualifiers, std::string const& name) {

@@ -56,6 +56,59 @@ static TCIMValue ParseDateTime(const std::string& text, const TCIMXMLParser& par
 
 bool ZelIsKeyDecl(const TCIMPropertyDecl& decl) { return decl.GetBody()->IsKey(); }
 
+// ---- State blocks -----------------------------------------------------------------------
+
+namespace {
+// Sizes in steps of 16 bytes up to 1 KB; a list keeps at most as many blocks as elements
+// nest deep in practice, so a parse holds a few kilobytes at most.
+constexpr std::size_t kStateStep = 16, kStateSizes = 64, kStateKept = 32;
+
+struct TStateBlockLists {
+  struct TFree {
+    TFree* fNext;
+  };
+  TFree* fHead[kStateSizes] = {};
+  unsigned fCount[kStateSizes] = {};
+
+  ~TStateBlockLists() {
+    for (TFree* head : fHead)
+      while (head) {
+        TFree* next = head->fNext;
+        ::operator delete(head);
+        head = next;
+      }
+  }
+};
+
+thread_local TStateBlockLists gStateBlocks;
+}  // namespace
+
+void* ZelStateBlockTake(std::size_t size) {
+  std::size_t steps = (size + kStateStep - 1) / kStateStep;
+  if (steps >= kStateSizes)
+    return ::operator new(size);
+  TStateBlockLists& lists = gStateBlocks;
+  if (TStateBlockLists::TFree* block = lists.fHead[steps]) {
+    lists.fHead[steps] = block->fNext;
+    --lists.fCount[steps];
+    return block;
+  }
+  return ::operator new(steps * kStateStep);
+}
+
+void ZelStateBlockGive(void* block, std::size_t size) noexcept {
+  std::size_t steps = (size + kStateStep - 1) / kStateStep;
+  TStateBlockLists& lists = gStateBlocks;
+  if (steps >= kStateSizes || lists.fCount[steps] >= kStateKept) {
+    ::operator delete(block);
+    return;
+  }
+  TStateBlockLists::TFree* free = static_cast<TStateBlockLists::TFree*>(block);
+  free->fNext = lists.fHead[steps];
+  lists.fHead[steps] = free;
+  ++lists.fCount[steps];
+}
+
 // ---- The frame ------------------------------------------------------------------------
 
 TCIMXMLParser::TCIMXMLParser(TContainer* container)
@@ -82,8 +135,9 @@ void TCIMXMLParser::StartElement(const char* name, std::map<std::string, std::st
   }
 }
 
-void TCIMXMLParser::EndElement(const char* name) {
-  std::string element = LowerCaseName(name);
+void TCIMXMLParser::EndElement(const char*) {
+  // No state reads the name of the element that ends: it is neither copied nor lowered.
+  std::string element;
   try {
     if (fStateStack.empty())
       FatalError(kStateCorrupt);

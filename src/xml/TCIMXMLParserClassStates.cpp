@@ -6,6 +6,7 @@
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
 #include "cim/TCIMPropertyImpl.h"
+#include "cim/TCIMQualifierImpl.h"
 #include "TCIMPropertyDecl.h"
 #include "TCIMQualifier.h"
 #include "TCIMQualifierDecl.h"
@@ -271,10 +272,12 @@ void TCIMXMLParser::TStateQualifier::EndElement(TCIMXMLParser& parser, std::stri
     throw;
   }
   if (fOwner) {
-    TCIMQualifier* qualifier = new TCIMQualifier(
-        *decl, fValueRead ? fValue : TCIMValue(decl->GetType(), 0),
-        TCIMQualifierDecl::EFlavor(fFlavor));
+    // Made empty, then given the value read: moved, not copied twice (descriptions are long).
+    TCIMQualifier* qualifier =
+        new TCIMQualifier(*decl, TCIMValue(), TCIMQualifierDecl::EFlavor(fFlavor));
+    TCIMValue value(fValueRead ? std::move(fValue) : TCIMValue(decl->GetType(), 0));
     try {
+      qualifier->GetBody()->TakeValue(value);
       fOwner->AddQualifier(*qualifier);
     } catch (...) {
       delete qualifier;

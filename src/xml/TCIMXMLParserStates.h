@@ -10,6 +10,7 @@
 #include "TCIMValue.h"
 
 #include <boost/make_shared.hpp>
+#include <cstddef>
 #include <deque>
 #include <map>
 #include <utility>
@@ -23,9 +24,29 @@ class TCIMPropertyDecl;
 
 typedef TCIMXMLParser::TAttributeMap TAttributeMap;
 
+/// A state lives for one element: its block, state and count together, is taken from and
+/// given back to short free lists of the thread, by size, not to the heap per element.
+void* ZelStateBlockTake(std::size_t size);
+void ZelStateBlockGive(void* block, std::size_t size) noexcept;
+
+template <class T>
+struct TZelStateAllocator {
+  typedef T value_type;
+  TZelStateAllocator() = default;
+  template <class U>
+  TZelStateAllocator(const TZelStateAllocator<U>&) {}
+  T* allocate(std::size_t n) { return static_cast<T*>(ZelStateBlockTake(n * sizeof(T))); }
+  void deallocate(T* block, std::size_t n) noexcept { ZelStateBlockGive(block, n * sizeof(T)); }
+  template <class U>
+  bool operator==(const TZelStateAllocator<U>&) const { return true; }
+  template <class U>
+  bool operator!=(const TZelStateAllocator<U>&) const { return false; }
+};
+
 template <class State, class... Args>
 State& TCIMXMLParser::Push(TAttributeMap& attributes, Args&&... args) {
-  boost::shared_ptr<State> state = boost::make_shared<State>(std::forward<Args>(args)...);
+  boost::shared_ptr<State> state =
+      boost::allocate_shared<State>(TZelStateAllocator<State>(), std::forward<Args>(args)...);
   fStateStack.push_back(state);
   state->HandleAttrs(*this, attributes);
   return *state;

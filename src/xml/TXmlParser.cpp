@@ -14,6 +14,7 @@
 #include "TXmlParser.h"
 
 #include "cim/ZelText.h"
+#include "xml/ZelReleasedPrefix.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -261,8 +262,17 @@ void TXmlParser::Parse(char* buffer) {
   // Whatever follows that is not misc is ignored on purpose.
 }
 
+thread_local const TZelReleasedPrefix* gZelReleasedPrefix = nullptr;
+
 unsigned int TXmlParser::GetCurLine() const {
-  return 1 + static_cast<unsigned int>(std::count(fBufferStart, fCurPos, '\n'));
+  const char* from = fBufferStart;
+  unsigned int line = 1;
+  const TZelReleasedPrefix* released = gZelReleasedPrefix;
+  if (released && released->fStart == fBufferStart && fCurPos >= released->fEnd) {
+    from = released->fEnd;  // the bytes before may be gone
+    line += released->fNewlines;
+  }
+  return line + static_cast<unsigned int>(std::count(from, static_cast<const char*>(fCurPos), '\n'));
 }
 
 char TXmlParser::GetChar() {

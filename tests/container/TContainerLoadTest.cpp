@@ -1,6 +1,7 @@
 // Loading a container from real plain and gzip files (made here with zlib), and failures.
 #include "SchemaHelpers.h"
 
+#include <algorithm>
 #include <fstream>
 #include <zlib.h>
 
@@ -107,6 +108,42 @@ TEST_F(ContainerLoadTest, ParseErrorsNameTheFileAfterTheParserLine) {
   EXPECT_LOGGED("ZEL_Core: [Error] Previous error was while parsing file '" + broken + "'");
   EXPECT_NE(other.FindClass("ZT_Base"), nullptr);
   EXPECT_EQ(other.FindClass("ZT_Derived"), nullptr);
+}
+
+// Past 8 MB the loader gives back the pages the parse has passed: the open elements' start
+// tags, which their end tags are matched against, stay readable, and lines stay exact.
+TEST_F(ContainerLoadTest, LargeDocumentsKeepTheirEndTagsAndLines) {
+  std::string declaration =
+      "<QUALIFIER.DECLARATION NAME=\"ABSTRACT\" TYPE=\"boolean\">\n"
+      "<SCOPE CLASS=\"true\"/>\n</QUALIFIER.DECLARATION>\n";
+  std::string large = kDocument.substr(0, kDocument.find("<VALUE.OBJECT>"));
+  while (large.size() < (10u << 20))
+    large += declaration;  // the repeats are ignored, the first one stays
+  large += "<VALUE.OBJECT><CLASS NAME=\"ZT_Last\">\n"
+           "<QUALIFIER NAME=\"ABSTRACT\" TYPE=\"boolean\"><VALUE>true</VALUE></QUALIFIER>\n"
+           "</CLASS></VALUE.OBJECT>\n";
+  unsigned lines = static_cast<unsigned>(std::count(large.begin(), large.end(), '\n'));
+  for (std::string path : {WriteFile("large.xml", large + "</DECLGROUP></DECLARATION></CIM>\n"),
+                           WriteGzip("large.xml.gz", large + "</DECLGROUP></DECLARATION></CIM>\n")}) {
+    SCOPED_TRACE(path);
+    TContainer container;
+    EXPECT_EQ(TNames{"ZT_Last"}, Names(container.PopulateContainerFromFile(path)));
+  }
+  EXPECT_TRUE(LoggedLines().empty());
+
+  // DECLGROUP, opened on line 4, is closed by the wrong name on the last line.
+  TNames expected;
+  for (std::string path : {WriteFile("wrong.xml", large + "</DECLARATION></CIM>\n"),
+                           WriteGzip("wrong.xml.gz", large + "</DECLARATION></CIM>\n")}) {
+    SCOPED_TRACE(path);
+    TContainer container;
+    EXPECT_ZEL_THROW(container.PopulateContainerFromFile(path),
+                     zelStatusInvalidSpecificationDocument);
+    expected.push_back("ZEL_Core: [Error] CIM-XML Parser line " + std::to_string(lines + 1) +
+                       ":Start and end element names don't match");
+    expected.push_back("ZEL_Core: [Error] Previous error was while parsing file '" + path + "'");
+  }
+  EXPECT_EQ(LoggedLines(), expected);
 }
 
 // An error of the object model: its own line once, then the parser's, then the file's.
