@@ -172,9 +172,9 @@ private:
   std::list<boost::shared_ptr<IPlugin>> fSaved;
 };
 
-// Loads each library from inside its plugin directory: the core derives the specification
-// document by removing the first "lib" of the whole path, which a path relative to the
-// plugin directory leaves in the file name.
+// Loads each library from inside its plugin directory: the core derives each plugin's
+// specification document by removing the first "lib" of the whole path, which a path
+// relative to the plugin directory leaves in the file name.
 class TLoader {
 public:
   TLoader(TContainer& schema, TReport& report) : fSchema(schema), fReport(report) {}
