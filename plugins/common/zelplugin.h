@@ -347,19 +347,24 @@ static inline int ZelPluginCollected(zelIOHandle* io, const char* association, Z
   return found;
 }
 
-/* One association instance between two collected instances; nothing when either is not
- * collected. */
-static inline zelStatusCode ZelPluginAddAssociation(zelIOHandle* io, const char* association,
-                                                    ZelPluginEnd first, ZelPluginEnd second) {
-  zelStatusCode status;
-  if (!ZelPluginCollected(io, association, first) || !ZelPluginCollected(io, association, second))
-    return zelStatusOK;
-  status = zelAddClass(io, association);
+/* One association instance between two ends that the caller knows are collected. */
+static inline zelStatusCode ZelPluginAddPair(zelIOHandle* io, const char* association,
+                                             ZelPluginEnd first, ZelPluginEnd second) {
+  zelStatusCode status = zelAddClass(io, association);
   if (status == zelStatusOK)
     status = ZelPluginAddReference(io, first.fRole, first.fClass, first.fKey, first.fValue);
   if (status == zelStatusOK)
     status = ZelPluginAddReference(io, second.fRole, second.fClass, second.fKey, second.fValue);
   return status;
+}
+
+/* One association instance between two collected instances; nothing when either is not
+ * collected. */
+static inline zelStatusCode ZelPluginAddAssociation(zelIOHandle* io, const char* association,
+                                                    ZelPluginEnd first, ZelPluginEnd second) {
+  if (!ZelPluginCollected(io, association, first) || !ZelPluginCollected(io, association, second))
+    return zelStatusOK;
+  return ZelPluginAddPair(io, association, first, second);
 }
 
 /* How an association relates the computer system to a part: the association class, the
@@ -557,12 +562,9 @@ static inline zelStatusCode ZelPluginAddDependency(zelIOHandle* io, const char* 
                                                    const char* dependentClass,
                                                    const char* dependentKey,
                                                    const char* dependent) {
-  zelStatusCode status = zelAddClass(io, className);
-  if (status == zelStatusOK)
-    status = ZelPluginAddReference(io, "Antecedent", antecedentClass, antecedentKey, antecedent);
-  if (status == zelStatusOK)
-    status = ZelPluginAddReference(io, "Dependent", dependentClass, dependentKey, dependent);
-  return status;
+  ZelPluginEnd first = {"Antecedent", antecedentClass, antecedentKey, antecedent};
+  ZelPluginEnd second = {"Dependent", dependentClass, dependentKey, dependent};
+  return ZelPluginAddPair(io, className, first, second);
 }
 
 /* Declares a plugin of parts, their association with the computer system and, in the
