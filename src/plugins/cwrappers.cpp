@@ -37,107 +37,76 @@ const char* zelTranslateStatusCode(zelStatusCode code) {
   return kZELErrorMessages[code]; // No range check on purpose: only library codes come here.
 }
 
+// ---- Helpers ------------------------------------------------------------------------------
+
+// Stores a new caller-owned object through out; zelStatusOutOfMemory when none was made.
+template <class Object, class... Arguments>
+static zelStatusCode NewObject(Object** out, Arguments... arguments) {
+  *out = new (std::nothrow) Object(arguments...);
+  return *out ? zelStatusOK : zelStatusOutOfMemory;
+}
+
+// Deletes a caller-owned object; NULL logs the function's text.
+template <class Object>
+static zelStatusCode DeleteObject(const char* nullText, Object* object) {
+  if (!object)
+    return ZelNullArgument(nullText);
+  delete object;
+  return zelStatusOK;
+}
+
+// An object argument is missing when NULL; a number never is.
+template <class Object>
+static bool IsMissing(Object* argument) {
+  return !argument;
+}
+template <class Number>
+static bool IsMissing(Number) {
+  return false;
+}
+
+// The value of a C argument: dates and references come by pointer, the rest as they are.
+template <class Native>
+static TCIMValue ValueOf(Native argument) {
+  return TCIMValue(argument);
+}
+static TCIMValue ValueOf(TCIMDateTime* argument) { return TCIMValue(*argument); }
+// Resolution may throw.
+static TCIMValue ValueOf(TCIMReference* argument) { return TCIMValue(*argument); }
+
 // ---- Value arrays -------------------------------------------------------------------------
 
 zelStatusCode zelNewCIMValueArray(zelCIMValueArray** pArray) {
   if (!pArray)
     return ZelNullArgument("zelNewCIMValueArray: NULL array parameter");
-  *pArray = new (std::nothrow) zelCIMValueArray;
-  return *pArray ? zelStatusOK : zelStatusOutOfMemory;
+  return NewObject(pArray);
 }
 
 zelStatusCode zelDeleteCIMValueArray(zelCIMValueArray* pArray) {
-  if (!pArray)
-    return ZelNullArgument("zelDeleteCIMValueArray: NULL array parameter");
-  delete pArray;
-  return zelStatusOK;
+  return DeleteObject("zelDeleteCIMValueArray: NULL array parameter", pArray);
 }
 
-// Appends one value built from the C argument.
-static zelStatusCode ArrayAppend(zelCIMValueArray* pArray, TCIMValue const& value) {
-  pArray->fValues.push_back(value);
-  return zelStatusOK;
+// Appends the value of one C argument; nothing is appended when an argument is NULL.
+template <class Argument>
+static zelStatusCode ArrayAdd(const char* nullText, zelCIMValueArray* pArray, Argument value) {
+  if (!pArray || IsMissing(value))
+    return ZelNullArgument(nullText);
+  return ZelGuard([&] { pArray->fValues.push_back(ValueOf(value)); }); // A reference's may throw.
 }
 
-zelStatusCode zelArrayAddBoolean(zelCIMValueArray* pArray, int32_t value) {
-  if (!pArray)
-    return ZelNullArgument("zelArrayAddBoolean: NULL array parameter");
-  return ArrayAppend(pArray, TCIMValue(value != 0));
-}
-
-zelStatusCode zelArrayAddUint8(zelCIMValueArray* pArray, uint8_t value) {
-  if (!pArray)
-    return ZelNullArgument("zelArrayAddUint8: NULL array parameter");
-  return ArrayAppend(pArray, TCIMValue(static_cast<unsigned char>(value)));
-}
-
-zelStatusCode zelArrayAddSint8(zelCIMValueArray* pArray, int8_t value) {
-  if (!pArray) // The Uint8 text on purpose.
-    return ZelNullArgument("zelArrayAddUint8: NULL array parameter");
-  return ArrayAppend(pArray, TCIMValue(static_cast<signed char>(value)));
-}
-
-zelStatusCode zelArrayAddUint16(zelCIMValueArray* pArray, uint16_t value) {
-  if (!pArray)
-    return ZelNullArgument("zelArrayAddUint16: NULL array parameter");
-  return ArrayAppend(pArray, TCIMValue(static_cast<unsigned short>(value)));
-}
-
-zelStatusCode zelArrayAddSint16(zelCIMValueArray* pArray, int16_t value) {
-  if (!pArray)
-    return ZelNullArgument("zelArrayAddSint16: NULL array parameter");
-  return ArrayAppend(pArray, TCIMValue(static_cast<short>(value)));
-}
-
-zelStatusCode zelArrayAddUint32(zelCIMValueArray* pArray, uint32_t value) {
-  if (!pArray)
-    return ZelNullArgument("zelArrayAddUint32: NULL array parameter");
-  return ArrayAppend(pArray, TCIMValue(static_cast<unsigned int>(value)));
-}
-
-zelStatusCode zelArrayAddSint32(zelCIMValueArray* pArray, int32_t value) {
-  if (!pArray)
-    return ZelNullArgument("zelArrayAddSint32: NULL array parameter");
-  return ArrayAppend(pArray, TCIMValue(static_cast<int>(value)));
-}
-
-zelStatusCode zelArrayAddUint64(zelCIMValueArray* pArray, uint64_t value) {
-  if (!pArray)
-    return ZelNullArgument("zelArrayAddUint64: NULL array parameter");
-  return ArrayAppend(pArray, TCIMValue(static_cast<unsigned long>(value)));
-}
-
-zelStatusCode zelArrayAddSint64(zelCIMValueArray* pArray, int64_t value) {
-  if (!pArray)
-    return ZelNullArgument("zelArrayAddSint64: NULL array parameter");
-  return ArrayAppend(pArray, TCIMValue(static_cast<long>(value)));
-}
-
-zelStatusCode zelArrayAddString(zelCIMValueArray* pArray, const char* value) {
-  if (!pArray || !value)
-    return ZelNullArgument("zelArrayAddString: NULL array and/or value parameter");
-  return ArrayAppend(pArray, TCIMValue(value));
-}
-
-zelStatusCode zelArrayAddReference(zelCIMValueArray* pArray, TCIMReference* value) {
-  if (!pArray || !value)
-    return ZelNullArgument("zelArrayAddReference: NULL array and/or value parameter");
-  return ZelGuard([&] { ArrayAppend(pArray, TCIMValue(*value)); }); // Resolution may throw.
-}
-
-zelStatusCode zelArrayAddDateTime(zelCIMValueArray* pArray, TCIMDateTime* value) {
-  if (!pArray || !value)
-    return ZelNullArgument("zelArrayAddDateTime: NULL array and/or value parameter");
-  return ArrayAppend(pArray, TCIMValue(*value));
-}
+#define ZEL_TYPED_MEMBER(Name, CType, Native, arrayText, referenceText, propertyText)              \
+  zelStatusCode zelArrayAdd##Name(zelCIMValueArray* pArray, CType value) {                         \
+    return ArrayAdd(arrayText, pArray, static_cast<Native>(value));                                \
+  }
+#include "plugins/cwrappers.def"
+#undef ZEL_TYPED_MEMBER
 
 // ---- Date-times ---------------------------------------------------------------------------
 
 zelStatusCode zelNewCIMDateTime(TCIMDateTime** dt) {
   if (!dt)
     return ZelNullArgument("zelNewCIMDateTime: NULL datetime parameter");
-  *dt = new (std::nothrow) TCIMDateTime;
-  return *dt ? zelStatusOK : zelStatusOutOfMemory;
+  return NewObject(dt);
 }
 
 zelStatusCode zelGetLocalTime(TCIMDateTime* dt) {
@@ -147,10 +116,7 @@ zelStatusCode zelGetLocalTime(TCIMDateTime* dt) {
 }
 
 zelStatusCode zelDeleteCIMDateTime(TCIMDateTime* dt) {
-  if (!dt)
-    return ZelNullArgument("zelDeleteCIMDateTime: NULL datetime parameter");
-  delete dt;
-  return zelStatusOK;
+  return DeleteObject("zelDeleteCIMDateTime: NULL datetime parameter", dt);
 }
 
 zelStatusCode zelSetDateTime(TCIMDateTime* dt, unsigned short year, unsigned short month,
@@ -182,15 +148,11 @@ zelStatusCode zelNewCIMReference(TCIMReference** ref, zelIOHandle* handle) {
     return ZelNullArgument("zelNewCIMReference: NULL zelIOHandle parameter");
   if (!ref)
     return ZelNullArgument("zelNewCIMReference: NULL ref parameter");
-  *ref = new (std::nothrow) TCIMReference(handle->fContainer);
-  return *ref ? zelStatusOK : zelStatusOutOfMemory;
+  return NewObject(ref, handle->fContainer);
 }
 
 zelStatusCode zelDeleteCIMReference(TCIMReference* ref) {
-  if (!ref)
-    return ZelNullArgument("zelDeleteCIMReference: NULL ref parameter");
-  delete ref;
-  return zelStatusOK;
+  return DeleteObject("zelDeleteCIMReference: NULL ref parameter", ref);
 }
 
 zelStatusCode zelSetReferencePath(TCIMReference* ref, const char* objectName) {
@@ -205,82 +167,21 @@ zelStatusCode zelSetReferenceClassName(TCIMReference* ref, const char* className
   return ZelGuard([&] { ref->SetClassName(className); });
 }
 
-// Adds one key binding built from the C argument.
-static zelStatusCode ReferenceAdd(TCIMReference* ref, const char* key, TCIMValue const& value) {
-  return ZelGuard([&] { ref->AddKeyValue(key, value); });
+// Adds the key binding of one C argument.
+template <class Argument>
+static zelStatusCode ReferenceAdd(const char* nullText, TCIMReference* ref, const char* key,
+                                  Argument value) {
+  if (!ref || !key || IsMissing(value))
+    return ZelNullArgument(nullText);
+  return ZelGuard([&] { ref->AddKeyValue(key, ValueOf(value)); });
 }
 
-zelStatusCode zelReferenceAddBoolean(TCIMReference* ref, const char* key, int32_t value) {
-  if (!ref || !key)
-    return ZelNullArgument("zelReferenceAddBoolean: NULL ref and/or key parameter");
-  return ReferenceAdd(ref, key, TCIMValue(value != 0));
-}
-
-zelStatusCode zelReferenceAddUint8(TCIMReference* ref, const char* key, uint8_t value) {
-  if (!ref || !key)
-    return ZelNullArgument("zelReferenceAddUint8: NULL ref and/or key parameter");
-  return ReferenceAdd(ref, key, TCIMValue(static_cast<unsigned char>(value)));
-}
-
-zelStatusCode zelReferenceAddSint8(TCIMReference* ref, const char* key, int8_t value) {
-  if (!ref || !key)
-    return ZelNullArgument("zelReferenceAddSint8: NULL ref and/or key parameter");
-  return ReferenceAdd(ref, key, TCIMValue(static_cast<signed char>(value)));
-}
-
-zelStatusCode zelReferenceAddUint16(TCIMReference* ref, const char* key, uint16_t value) {
-  if (!ref || !key)
-    return ZelNullArgument("zelReferenceAddUint16: NULL ref and/or key parameter");
-  return ReferenceAdd(ref, key, TCIMValue(static_cast<unsigned short>(value)));
-}
-
-zelStatusCode zelReferenceAddSint16(TCIMReference* ref, const char* key, int16_t value) {
-  if (!ref || !key)
-    return ZelNullArgument("zelReferenceAddSint16: NULL ref and/or key parameter");
-  return ReferenceAdd(ref, key, TCIMValue(static_cast<short>(value)));
-}
-
-zelStatusCode zelReferenceAddUint32(TCIMReference* ref, const char* key, uint32_t value) {
-  if (!ref || !key)
-    return ZelNullArgument("zelReferenceAddUint32: NULL ref and/or key parameter");
-  return ReferenceAdd(ref, key, TCIMValue(static_cast<unsigned int>(value)));
-}
-
-zelStatusCode zelReferenceAddSint32(TCIMReference* ref, const char* key, int32_t value) {
-  if (!ref || !key)
-    return ZelNullArgument("zelReferenceAddSint32: NULL ref and/or key parameter");
-  return ReferenceAdd(ref, key, TCIMValue(static_cast<int>(value)));
-}
-
-zelStatusCode zelReferenceAddUint64(TCIMReference* ref, const char* key, uint64_t value) {
-  if (!ref || !key)
-    return ZelNullArgument("zelReferenceAddUint64: NULL ref and/or key parameter");
-  return ReferenceAdd(ref, key, TCIMValue(static_cast<unsigned long>(value)));
-}
-
-zelStatusCode zelReferenceAddSint64(TCIMReference* ref, const char* key, int64_t value) {
-  if (!ref || !key)
-    return ZelNullArgument("zelReferenceAddSint64: NULL ref and/or key parameter");
-  return ReferenceAdd(ref, key, TCIMValue(static_cast<long>(value)));
-}
-
-zelStatusCode zelReferenceAddString(TCIMReference* ref, const char* key, const char* value) {
-  if (!ref || !key || !value)
-    return ZelNullArgument("zelReferenceAddString: NULL ref, key and/or value parameter");
-  return ReferenceAdd(ref, key, TCIMValue(value));
-}
-
-zelStatusCode zelReferenceAddReference(TCIMReference* ref, const char* key, TCIMReference* value) {
-  if (!ref || !key || !value)
-    return ZelNullArgument("zelReferenceAddReference: NULL ref, key and/or value parameter");
-  return ZelGuard([&] { ref->AddKeyValue(key, TCIMValue(*value)); }); // Resolution may throw.
-}
-
-zelStatusCode zelReferenceAddDateTime(TCIMReference* ref, const char* key, TCIMDateTime* value) {
-  if (!ref || !key || !value)
-    return ZelNullArgument("zelReferenceAddDateTime: NULL ref, key and/or value parameter");
-  return ReferenceAdd(ref, key, TCIMValue(*value));
-}
+#define ZEL_TYPED_MEMBER(Name, CType, Native, arrayText, referenceText, propertyText)              \
+  zelStatusCode zelReferenceAdd##Name(TCIMReference* ref, const char* key, CType value) {          \
+    return ReferenceAdd(referenceText, ref, key, static_cast<Native>(value));                      \
+  }
+#include "plugins/cwrappers.def"
+#undef ZEL_TYPED_MEMBER
 
 // ---- Plugin registration ------------------------------------------------------------------
 
@@ -387,8 +288,8 @@ zelStatusCode zelAddCIMValueProperty(zelIOHandle* handle, const char* name,
   return zelStatusOK;
 }
 
-// For values whose making can fail (the element check of an array, the resolution of a
-// reference): the failure's code is the result.
+// Builds the value, then sets it; a failure to build (the element check of an array, the
+// resolution of a reference) is the result.
 template <class Build>
 static zelStatusCode AddBuiltValue(zelIOHandle* handle, const char* name, Build build) {
   zelStatusCode added = zelStatusOK;
@@ -399,58 +300,23 @@ static zelStatusCode AddBuiltValue(zelIOHandle* handle, const char* name, Build 
   return built != zelStatusOK ? built : added;
 }
 
-zelStatusCode zelAddBooleanProperty(zelIOHandle* handle, const char* name, int value) {
-  TCIMValue cimValue(value != 0);
-  return zelAddCIMValueProperty(handle, name, &cimValue);
+// Sets the value of one C argument; only the members with a NULL text test their arguments.
+template <class Argument>
+static zelStatusCode PropertyAdd(const char* nullText, zelIOHandle* handle, const char* name,
+                                 Argument value) {
+  if (nullText && (!name || IsMissing(value)))
+    return ZelNullArgument(nullText);
+  return AddBuiltValue(handle, name, [&] { return ValueOf(value); });
 }
 
-zelStatusCode zelAddUint8Property(zelIOHandle* handle, const char* name, uint8_t value) {
-  TCIMValue cimValue(static_cast<unsigned char>(value));
-  return zelAddCIMValueProperty(handle, name, &cimValue);
-}
+#define ZEL_TYPED_MEMBER(Name, CType, Native, arrayText, referenceText, propertyText)              \
+  zelStatusCode zelAdd##Name##Property(zelIOHandle* handle, const char* name, CType value) {       \
+    return PropertyAdd(propertyText, handle, name, static_cast<Native>(value));                    \
+  }
+#include "plugins/cwrappers.def"
+#undef ZEL_TYPED_MEMBER
 
-zelStatusCode zelAddSint8Property(zelIOHandle* handle, const char* name, int8_t value) {
-  TCIMValue cimValue(static_cast<signed char>(value));
-  return zelAddCIMValueProperty(handle, name, &cimValue);
-}
-
-zelStatusCode zelAddUint16Property(zelIOHandle* handle, const char* name, uint16_t value) {
-  TCIMValue cimValue(static_cast<unsigned short>(value));
-  return zelAddCIMValueProperty(handle, name, &cimValue);
-}
-
-zelStatusCode zelAddSint16Property(zelIOHandle* handle, const char* name, int16_t value) {
-  TCIMValue cimValue(static_cast<short>(value));
-  return zelAddCIMValueProperty(handle, name, &cimValue);
-}
-
-zelStatusCode zelAddUint32Property(zelIOHandle* handle, const char* name, uint32_t value) {
-  TCIMValue cimValue(static_cast<unsigned int>(value));
-  return zelAddCIMValueProperty(handle, name, &cimValue);
-}
-
-zelStatusCode zelAddSint32Property(zelIOHandle* handle, const char* name, int32_t value) {
-  TCIMValue cimValue(static_cast<int>(value));
-  return zelAddCIMValueProperty(handle, name, &cimValue);
-}
-
-zelStatusCode zelAddUint64Property(zelIOHandle* handle, const char* name, uint64_t value) {
-  TCIMValue cimValue(static_cast<unsigned long>(value));
-  return zelAddCIMValueProperty(handle, name, &cimValue);
-}
-
-zelStatusCode zelAddSint64Property(zelIOHandle* handle, const char* name, int64_t value) {
-  TCIMValue cimValue(static_cast<long>(value));
-  return zelAddCIMValueProperty(handle, name, &cimValue);
-}
-
-zelStatusCode zelAddStringProperty(zelIOHandle* handle, const char* name, const char* value) {
-  if (!value || !name)
-    return ZelNullArgument("zelAddStringProperty: NULL value and/or name parameter");
-  TCIMValue cimValue(value);
-  return zelAddCIMValueProperty(handle, name, &cimValue);
-}
-
+// The one typed member outside the table: its element type comes from the declaration.
 zelStatusCode zelAddArrayProperty(zelIOHandle* handle, const char* name,
                                   zelCIMValueArray* pArray) {
   if (!name || !pArray)
@@ -466,21 +332,6 @@ zelStatusCode zelAddArrayProperty(zelIOHandle* handle, const char* name,
     array.Set(declared.GetType(), declared.GetMaxArraySize(), pArray->fValues);
     return array;
   });
-}
-
-zelStatusCode zelAddReferenceProperty(zelIOHandle* handle, const char* name,
-                                      TCIMReference* pRef) {
-  if (!name || !pRef)
-    return ZelNullArgument("zelAddReferenceProperty: NULL name and/or pRef parameter");
-  return AddBuiltValue(handle, name, [&] { return TCIMValue(*pRef); });
-}
-
-zelStatusCode zelAddDateTimeProperty(zelIOHandle* handle, const char* name,
-                                     TCIMDateTime* pDateTime) {
-  if (!name || !pDateTime)
-    return ZelNullArgument("zelAddDateTimeProperty: NULL name and/or pDateTime parameter");
-  TCIMValue cimValue(*pDateTime);
-  return zelAddCIMValueProperty(handle, name, &cimValue);
 }
 
 // Computes an identity text once per process and hands out the same copy ever after.
