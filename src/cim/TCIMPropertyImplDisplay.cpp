@@ -60,21 +60,24 @@ static bool QualifierSet(const TCIMPropertyDecl& decl, const char* name) {
   return !QualifierValue(decl, name).IsNull();
 }
 
+// Reads the value as its own native type, widened; true, for the switches below.
+template <class Native>
+static bool ReadNumber(const TCIMValue& value, unsigned long long& number) {
+  number = static_cast<Native>(value);
+  return true;
+}
+
 // The number of a non-NULL uint8 to uint64 value; false for every other type.
 static bool UnsignedNumber(const TCIMValue& value, unsigned long long& number) {
   switch (value.GetType()) {
   case TType::kUint8:
-    number = static_cast<unsigned char>(value);
-    return true;
+    return ReadNumber<unsigned char>(value, number);
   case TType::kUint16:
-    number = static_cast<unsigned short>(value);
-    return true;
+    return ReadNumber<unsigned short>(value, number);
   case TType::kUint32:
-    number = static_cast<unsigned int>(value);
-    return true;
+    return ReadNumber<unsigned int>(value, number);
   case TType::kUint64:
-    number = static_cast<unsigned long>(value);
-    return true;
+    return ReadNumber<unsigned long>(value, number);
   default:
     return false;
   }
@@ -86,11 +89,10 @@ static bool IsCodeType(TType::ECIMType type) {
          type == TType::kUint32 || type == TType::kUint64;
 }
 
+// A boolean's code is 1 or 0.
 static bool CodeOf(const TCIMValue& value, unsigned long long& code) {
-  if (value.GetType() == TType::kBoolean) {
-    code = static_cast<bool>(value) ? 1 : 0;
-    return true;
-  }
+  if (value.GetType() == TType::kBoolean)
+    return ReadNumber<bool>(value, code);
   return UnsignedNumber(value, code);
 }
 
