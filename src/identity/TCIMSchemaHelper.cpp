@@ -37,8 +37,8 @@ static const char kUnclosedProductPrefix[] = "Corvane 4400 M20-[";
 static_assert(sizeof kUnclosedProductPrefix - 1 == 18, "the prefix is 18 characters");
 
 // zelStatusNotFound, after the debug line when there is one.
-[[noreturn]] static void NotFound(const char* text) {
-  if (text)
+[[noreturn]] static void NotFound(std::string const& text) {
+  if (!text.empty())
     ZelFail(zelStatusNotFound, text, zelLogDebug);
   throw TZELException(zelStatusNotFound);
 }
@@ -46,7 +46,7 @@ static_assert(sizeof kUnclosedProductPrefix - 1 == 18, "the prefix is 18 charact
 // The single instance of a class, including its subclasses' instances; the texts, when
 // given, are logged for a missing class and for another count of instances.
 static TCIMInstance& SingleInstance(TContainer* container, std::string const& className,
-                                    const char* noClass = 0, const char* notOne = 0) {
+                                    const char* noClass = "", const char* notOne = "") {
   TCIMClass* cls = container->FindClass(className);
   if (!cls)
     NotFound(noClass);
@@ -62,8 +62,6 @@ static TCIMValue PropertyValue(TContainer* container, std::string const& classNa
   return SingleInstance(container, className).FindProperty(property)->GetValue();
 }
 
-static void Fail(zelStatusCode code, std::string const& text) { ZelFail(code, text, zelLogDebug); }
-
 // A string property of the computer system, each missing piece logged at debug.
 static std::string ComputerSystemString(TContainer* container, std::string const& property) {
   TCIMProperty* found =
@@ -72,13 +70,20 @@ static std::string ComputerSystemString(TContainer* container, std::string const
                      "TCIMSchemaHelper: computer system instances != 1")
           .FindProperty(property);
   if (!found)
-    Fail(zelStatusNotFound, "TCIMSchemaHelper: didn't find " + property + " property");
+    NotFound("TCIMSchemaHelper: didn't find " + property + " property");
   TCIMValue value = found->GetValue();
   if (value.IsNull())
-    Fail(zelStatusNotFound, "TCIMSchemaHelper: " + property + " is NULL");
+    NotFound("TCIMSchemaHelper: " + property + " is NULL");
   if (value.GetType() != TCIMValue::TCIMType::kString)
-    Fail(zelStatusNotFound, "TCIMSchemaHelper: " + property + " wasn't a string");
+    NotFound("TCIMSchemaHelper: " + property + " wasn't a string");
   return value;
+}
+
+// A dot's position in the data source's version; a version without one is not found.
+static std::string::size_type VersionDot(std::string::size_type position) {
+  if (position == std::string::npos)
+    throw TZELException(zelStatusNotFound);
+  return position;
 }
 
 static std::string WithoutTrailingBlanks(std::string const& text) {
@@ -117,7 +122,6 @@ static std::string MTMFromProductName(std::string const& s, bool& final) {
     return s.substr(p + 2, 4) + kUnknownModel;
   return std::string();
 }
-
 
 std::string TCIMSchemaHelper::GetSystemCreationClassName(TContainer*) {
   return kSystemCreationClassName;
@@ -208,17 +212,12 @@ std::string TCIMSchemaHelper::GetDataSourceVersion(TContainer* container) {
 
 std::string TCIMSchemaHelper::GetDataSourceMajorVersion(TContainer* container) {
   std::string version = GetDataSourceVersion(container);
-  std::string::size_type p = version.find('.');
-  if (p == std::string::npos)
-    throw TZELException(zelStatusNotFound);
-  return version.substr(0, p);
+  return version.substr(0, VersionDot(version.find('.')));
 }
 
 std::string TCIMSchemaHelper::GetDataSourceMinorVersion(TContainer* container) {
   std::string version = GetDataSourceVersion(container);
-  std::string::size_type p = version.find('.');
-  if (p == std::string::npos)
-    throw TZELException(zelStatusNotFound);
+  std::string::size_type p = VersionDot(version.find('.'));
   // The second "." is searched from p itself and so found at p: the length is p + 1, on
   // purpose ("1.23.456" gives "23", "2.1.0" gives "1.").
   return version.substr(p + 1, p + 1);
@@ -226,8 +225,5 @@ std::string TCIMSchemaHelper::GetDataSourceMinorVersion(TContainer* container) {
 
 std::string TCIMSchemaHelper::GetDataSourceBuildVersion(TContainer* container) {
   std::string version = GetDataSourceVersion(container);
-  std::string::size_type p = version.rfind('.');
-  if (p == std::string::npos)
-    throw TZELException(zelStatusNotFound);
-  return version.substr(p + 1);
+  return version.substr(VersionDot(version.rfind('.')) + 1);
 }
