@@ -2,6 +2,7 @@
 #include "TOSSpecific.h"
 
 #include "log/ZelLog.h"
+#include "os/ZelRetryOnSignal.h"
 #include "os/ZelUniqueFd.h"
 
 #include <cerrno>
@@ -129,17 +130,14 @@ void TOSSpecific::FileCopy(std::string source, std::string destination) {
 
   char buffer[32768];
   for (;;) {
-    ssize_t got = ::read(in.Get(), buffer, sizeof buffer);
-    if (got < 0 && errno == EINTR)
-      continue;
+    ssize_t got = ZelRetryOnSignal([&] { return ::read(in.Get(), buffer, sizeof buffer); });
     if (got < 0)
       throw TZELException(zelStatusFileSystemError);
     if (got == 0)
       return;
     for (ssize_t done = 0; done < got;) {
-      ssize_t put = ::write(out.Get(), buffer + done, got - done);
-      if (put < 0 && errno == EINTR)
-        continue;
+      ssize_t put =
+          ZelRetryOnSignal([&] { return ::write(out.Get(), buffer + done, got - done); });
       if (put < 0)
         throw TZELException(zelStatusFileSystemError);
       done += put;

@@ -2,31 +2,23 @@
 #include "TOSSpecific.h"
 
 #include "log/ZelLog.h"
+#include "os/ZelRetryOnSignal.h"
 #include "os/ZelUniqueFd.h"
-
-#include <cerrno>
 
 #include <fcntl.h>
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-// Waits for the child, retrying when a signal interrupts the wait.
 static pid_t WaitChild(pid_t child, int* status) {
-  pid_t ended;
-  do
-    ended = ::waitpid(child, status, 0);
-  while (ended < 0 && errno == EINTR);
-  return ended;
+  return ZelRetryOnSignal([&] { return ::waitpid(child, status, 0); });
 }
 
 std::string TOSSpecific::GetFileContents(int fd) {
   std::string contents;
   char buffer[4096];
   for (;;) {
-    ssize_t got = ::read(fd, buffer, sizeof buffer);
-    if (got < 0 && errno == EINTR)
-      continue;
+    ssize_t got = ZelRetryOnSignal([&] { return ::read(fd, buffer, sizeof buffer); });
     if (got < 0)
       ZelFail(zelStatusFileSystemError, "ERROR: GetFileContents failed to read file");
     if (got == 0)
