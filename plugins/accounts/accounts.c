@@ -149,10 +149,8 @@ static zelStatusCode AddAccount(zelIOHandle* io, char* line, const TUidRange* ra
     return status;
   zelAddUint32Property(io, "UserID", (uint32_t)uid);
   zelAddUint32Property(io, "GroupID", (uint32_t)gid);
-  if (fields[5][0])
-    zelAddStringProperty(io, "HomeDirectory", fields[5]);
-  if (ZelPluginTrim(fields[6])[0])
-    zelAddStringProperty(io, "LoginShell", fields[6]);
+  ZelPluginAddText(io, "HomeDirectory", fields[5]);
+  ZelPluginAddText(io, "LoginShell", ZelPluginTrim(fields[6]));
   zelAddBooleanProperty(io, "SystemAccount",
                         !(uid >= range->fMin && uid <= range->fMax && uid > range->fSystemMax));
   status = AddGroups(io, groups, fields[0], gid);
