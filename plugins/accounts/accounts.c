@@ -46,15 +46,14 @@ typedef struct TGroup {
 } TGroup;
 
 typedef struct TGroups {
-  char* fText;
   TGroup* fItems;
   int fCount;
+  int fCapacity;
 } TGroups;
 
 static void ReadGroups(TGroups* groups) {
   char* line = NULL;
   size_t capacity = 0;
-  int allocated = 0;
   FILE* file = ZelPluginFopen("/etc/group");
   memset(groups, 0, sizeof *groups);
   if (!file)
@@ -62,19 +61,17 @@ static void ReadGroups(TGroups* groups) {
   while (getline(&line, &capacity, file) != -1) {
     char* fields[4];
     char* at = line;
+    TGroup* items;
     int i;
     for (i = 0; i < 4; ++i)
       fields[i] = strsep(&at, ":");
     if (!fields[3] || !fields[0][0])
       continue;
-    if (groups->fCount == allocated) {
-      TGroup* items;
-      allocated = allocated ? 2 * allocated : 64;
-      items = (TGroup*)realloc(groups->fItems, (size_t)allocated * sizeof *items);
-      if (!items)
-        break;
-      groups->fItems = items;
-    }
+    items = (TGroup*)ZelPluginGrow(groups->fItems, groups->fCount, &groups->fCapacity,
+                                   sizeof *items, 64);
+    if (!items)
+      break;
+    groups->fItems = items;
     groups->fItems[groups->fCount].fName = strdup(fields[0]);
     groups->fItems[groups->fCount].fGid = strtoul(fields[2], NULL, 10);
     groups->fItems[groups->fCount].fMembers = strdup(ZelPluginTrim(fields[3]));

@@ -221,6 +221,20 @@ static inline void ZelPluginHostName(char* host, size_t size) {
   host[size - 1] = '\0';
 }
 
+/* items, an array of count items of size bytes, with room for one more: its capacity
+ * doubled, from first items, when it is full. NULL when out of memory, items untouched. */
+static inline void* ZelPluginGrow(void* items, int count, int* capacity, size_t size,
+                                  int first) {
+  int grown;
+  if (count < *capacity)
+    return items;
+  grown = *capacity ? 2 * *capacity : first;
+  items = realloc(items, (size_t)grown * size);
+  if (items)
+    *capacity = grown;
+  return items;
+}
+
 /* A growable list of names, kept by a plugin between its two passes. */
 typedef struct ZelPluginNames {
   char** fItems;
@@ -229,14 +243,11 @@ typedef struct ZelPluginNames {
 } ZelPluginNames;
 
 static inline int ZelPluginNamesAdd(ZelPluginNames* names, const char* name) {
-  if (names->fCount == names->fCapacity) {
-    int capacity = names->fCapacity ? 2 * names->fCapacity : 16;
-    char** items = (char**)realloc(names->fItems, (size_t)capacity * sizeof *items);
-    if (!items)
-      return 0;
-    names->fItems = items;
-    names->fCapacity = capacity;
-  }
+  char** items = (char**)ZelPluginGrow(names->fItems, names->fCount, &names->fCapacity,
+                                       sizeof *items, 16);
+  if (!items)
+    return 0;
+  names->fItems = items;
   names->fItems[names->fCount] = strdup(name);
   if (!names->fItems[names->fCount])
     return 0;

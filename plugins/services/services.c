@@ -43,16 +43,14 @@ static TService* FindService(TServices* services, const char* name) {
 /* The service of that name, added when new; NULL when out of memory. */
 static TService* GetService(TServices* services, const char* name) {
   TService* found = FindService(services, name);
+  TService* items;
   if (found)
     return found;
-  if (services->fCount == services->fCapacity) {
-    int capacity = services->fCapacity ? 2 * services->fCapacity : 64;
-    TService* items = (TService*)realloc(services->fItems, (size_t)capacity * sizeof *items);
-    if (!items)
-      return NULL;
-    services->fItems = items;
-    services->fCapacity = capacity;
-  }
+  items = (TService*)ZelPluginGrow(services->fItems, services->fCount, &services->fCapacity,
+                                   sizeof *items, 64);
+  if (!items)
+    return NULL;
+  services->fItems = items;
   found = &services->fItems[services->fCount++];
   memset(found, 0, sizeof *found);
   snprintf(found->fName, sizeof found->fName, "%s", name);
