@@ -111,22 +111,38 @@ static EFormat ParseFormat(const std::string& text) {
   return format;
 }
 
+// The upload's name: the default (empty) unless given.
+static std::string UploadName(const char* value) {
+  return value ? CheckUploadName(value) : "";
+}
+
 // What an option does to the options, given its value (NULL when it has none).
 using TApply = void (*)(TOptions& options, const char* value);
 
-template <bool TOptions::*Flag>
+template <bool TOptions::*Flag, bool kValue = true>
 static void Set(TOptions& options, const char*) {
-  options.*Flag = true;
+  options.*Flag = kValue;
 }
 
-template <std::string TOptions::*Text>
+template <auto Field>
 static void Assign(TOptions& options, const char* value) {
-  options.*Text = value;
+  options.*Field = value;
+}
+
+template <auto Field, auto Read>
+static void Parse(TOptions& options, const char* value) {
+  options.*Field = Read(value);
 }
 
 template <std::vector<std::string> TOptions::*List>
 static void Append(TOptions& options, const char* value) {
   (options.*List).push_back(value);
+}
+
+template <TApply First, TApply Second>
+static void Both(TOptions& options, const char* value) {
+  First(options, value);
+  Second(options, value);
 }
 
 // Every option once, in the order of the help: its long name, its value, its letter (0 for
@@ -144,37 +160,22 @@ static const struct {
     {"exclude", required_argument, 'x', Append<&TOptions::fExcludedClasses>},
     {"list", no_argument, 0, Set<&TOptions::fList>},
     {"output", required_argument, 'o',
-     [](TOptions& options, const char* value) {
-       options.fOutputFile = value;
-       options.fWriteOutput = true;
-     }},
-    {"no-output", no_argument, 'n',
-     [](TOptions& options, const char*) { options.fWriteOutput = false; }},
+     Both<Assign<&TOptions::fOutputFile>, Set<&TOptions::fWriteOutput>>},
+    {"no-output", no_argument, 'n', Set<&TOptions::fWriteOutput, false>},
     {"verify", no_argument, 0, Set<&TOptions::fVerify>},
     {"log-file", required_argument, 'l', Assign<&TOptions::fLogFile>},
     {"log-level", required_argument, 'L',
-     [](TOptions& options, const char* value) {
-       options.fLogLevel = ParseLevel(value);
-       options.fLogLevelGiven = true;
-     }},
-    {"format", required_argument, 'f',
-     [](TOptions& options, const char* value) { options.fFormat = ParseFormat(value); }},
+     Both<Parse<&TOptions::fLogLevel, ParseLevel>, Set<&TOptions::fLogLevelGiven>>},
+    {"format", required_argument, 'f', Parse<&TOptions::fFormat, ParseFormat>},
     {"full", no_argument, 0, Set<&TOptions::fFull>},
     {"redact", no_argument, 0, Set<&TOptions::fRedact>},
     {"redact-key", required_argument, 0,
-     [](TOptions& options, const char* value) {
-       options.fRedact = true;
-       options.fRedactKeyFile = value;
-     }},
-    {"timeout", required_argument, 0,
-     [](TOptions& options, const char* value) { options.fTimeout = ParseSeconds(value); }},
+     Both<Set<&TOptions::fRedact>, Assign<&TOptions::fRedactKeyFile>>},
+    {"timeout", required_argument, 0, Parse<&TOptions::fTimeout, ParseSeconds>},
     {"allow-unsafe-plugins", no_argument, 0, Set<&TOptions::fAllowUnsafePlugins>},
     {"follow-symlinks", no_argument, 0, Set<&TOptions::fFollowSymlinks>},
     {"upload", optional_argument, 0,
-     [](TOptions& options, const char* value) {
-       options.fUpload = true;
-       options.fUploadName = value ? CheckUploadName(value) : "";
-     }},
+     Both<Set<&TOptions::fUpload>, Parse<&TOptions::fUploadName, UploadName>>},
     {"compare", required_argument, 0, Assign<&TOptions::fCompareFile>},
     {"all", no_argument, 0, Set<&TOptions::fAll>},
     {"help", no_argument, 'h', Set<&TOptions::fHelp>},
