@@ -1,11 +1,11 @@
 // Plugins and classes by name.
 #include "Catalog.h"
 
+#include "Difference.h"
 #include "Errors.h"
 
 #include "TCIMClass.h"
 #include "TCIMPropertyDecl.h"
-#include "TCIMQualifier.h"
 #include "TCIMValue.h"
 #include "TContainer.h"
 #include "TZELException.h"
@@ -17,19 +17,7 @@
 namespace zelcollect {
 
 static bool Collectable(const TCIMClass& cls) {
-  if (cls.IsAbstract())
-    return false;
-  TCIMQualifier* skip = cls.FindQualifier("DONTCOLLECT");
-  if (!skip)
-    return true;
-  TCIMValue value = skip->GetValue();
-  return value.IsNull() || !static_cast<bool>(value);
-}
-
-static std::string Lower(std::string text) {
-  for (char& c : text)
-    c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return text;
+  return !cls.IsAbstract() && !QualifierIsTrue(cls.FindQualifier("DONTCOLLECT"));
 }
 
 static size_t Distance(const std::string& a, const std::string& b) {
@@ -81,7 +69,7 @@ std::vector<TCIMClass*> TCatalog::Resolve(const std::string& name) const {
   if (!cls || name.empty()) {
     std::vector<std::pair<size_t, std::string>> close;
     for (TCIMClass* known : fSchema.GetRootClass()->EnumerateSubClasses(true)) {
-      std::string candidate = Lower(known->GetName()), wanted = Lower(name);
+      std::string candidate = LowerCase(known->GetName()), wanted = LowerCase(name);
       size_t distance = Distance(candidate, wanted);
       if (distance <= std::max<size_t>(2, wanted.size() / 4) ||
           (wanted.size() >= 4 && candidate.find(wanted) != std::string::npos))

@@ -23,23 +23,12 @@ namespace zelcollect {
 
 typedef TCIMValue::TCIMType TType;
 
-static std::string Lower(std::string text) {
-  for (char& c : text)
-    c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return text;
+static bool IsKey(const TCIMPropertyDecl& decl) {
+  return QualifierIsTrue(decl.FindQualifier("KEY"));
 }
-
-static bool IsTrue(const TCIMQualifier* qualifier) {
-  if (!qualifier)
-    return false;
-  TCIMValue value = qualifier->GetValue();
-  return !value.IsNull() && value.GetType() == TType::kBoolean && static_cast<bool>(value);
-}
-
-static bool IsKey(const TCIMPropertyDecl& decl) { return IsTrue(decl.FindQualifier("KEY")); }
 
 static bool IsVolatile(const TCIMPropertyDecl* decl) {
-  return decl && IsTrue(decl->FindQualifier("VOLATILE"));
+  return decl && QualifierIsTrue(decl->FindQualifier("VOLATILE"));
 }
 
 static std::string Text(const TCIMValue& value) {
@@ -76,7 +65,7 @@ static std::string CanonicalKey(const TCIMInstance& instance,
 static std::vector<std::pair<std::string, std::string>> KeyNames(const TCIMClass& cls) {
   std::vector<std::pair<std::string, std::string>> keys;
   for (const std::string& name : cls.EnumerateKeyNames())
-    keys.emplace_back(Lower(name), name);
+    keys.emplace_back(LowerCase(name), name);
   std::sort(keys.begin(), keys.end());
   return keys;
 }
@@ -115,7 +104,8 @@ TPlan::TPlan(const std::vector<const TCIMProperty*>& newer,
   while (i < newer.size() || j < older.size()) {
     int order = i == newer.size()   ? 1
                 : j == older.size() ? -1
-                                    : Lower(newer[i]->GetName()).compare(Lower(older[j]->GetName()));
+                                    : LowerCase(newer[i]->GetName())
+                                          .compare(LowerCase(older[j]->GetName()));
     const TCIMPropertyDecl* newDecl = order <= 0 ? &newer[i]->GetDeclaration() : nullptr;
     const TCIMPropertyDecl* oldDecl = order >= 0 ? &older[j]->GetDeclaration() : nullptr;
     bool skip = (!all && (IsVolatile(newDecl) || IsVolatile(oldDecl))) ||
@@ -248,13 +238,13 @@ void TComparer::Run(TContainer& old) {
   std::unordered_map<std::string, std::vector<TCIMClass*>> oldClasses;
   std::unordered_map<std::string, TOldEntry> oldInstances;
   for (TCIMClass* cls : TCIMXMLWriter::ClassesWithInstances(old)) {
-    std::string prefix = Lower(cls->GetName()) + '\0';
+    std::string prefix = LowerCase(cls->GetName()) + '\0';
     std::vector<std::pair<std::string, std::string>> keys = KeyNames(*cls);
     for (TCIMInstance* instance : cls->EnumerateInstances(false))
       oldInstances.emplace(prefix + CanonicalKey(*instance, keys), TOldEntry{instance, false});
   }
   for (TCIMClass* cls : TCIMXMLWriter::ClassesWithInstances(fResult)) {
-    std::string prefix = Lower(cls->GetName()) + '\0';
+    std::string prefix = LowerCase(cls->GetName()) + '\0';
     std::vector<std::pair<std::string, std::string>> keys = KeyNames(*cls);
     for (TCIMInstance* instance : cls->EnumerateInstances(false)) {
       auto found = oldInstances.find(prefix + CanonicalKey(*instance, keys));
@@ -273,7 +263,7 @@ void TComparer::Run(TContainer& old) {
   std::vector<TInstanceDifference>& instances = fDifference.fInstances;
   std::sort(instances.begin(), instances.end(),
             [](const TInstanceDifference& a, const TInstanceDifference& b) {
-              int order = Lower(a.fClassName).compare(Lower(b.fClassName));
+              int order = LowerCase(a.fClassName).compare(LowerCase(b.fClassName));
               return order != 0 ? order < 0 : a.fPath < b.fPath;
             });
   std::vector<TCIMInstance*> differing;
@@ -291,5 +281,17 @@ TDifference CompareInventories(TContainer& result, TContainer& old, bool all) {
   return std::move(comparer.GetDifference());
 }
 
+std::string LowerCase(std::string name) {
+  for (char& c : name)
+    c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return name;
+}
+
+bool QualifierIsTrue(const TCIMQualifier* qualifier) {
+  if (!qualifier)
+    return false;
+  TCIMValue value = qualifier->GetValue();
+  return !value.IsNull() && value.GetType() == TType::kBoolean && static_cast<bool>(value);
+}
 
 } // namespace zelcollect

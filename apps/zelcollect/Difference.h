@@ -8,6 +8,7 @@
 
 class TCIMInstance;
 class TCIMProperty;
+class TCIMQualifier;
 class TContainer;
 
 namespace zelcollect {
@@ -47,6 +48,10 @@ struct TDifference {
 /// unless all is set. old must outlive result and the report: both point into it.
 TDifference CompareInventories(TContainer& result, TContainer& old, bool all);
 
+/// A CIM name in lower case, the case in which names compare.
+std::string LowerCase(std::string name);
+/// True when the qualifier is there and its value is boolean true.
+bool QualifierIsTrue(const TCIMQualifier* qualifier);
 
 } // namespace zelcollect
 

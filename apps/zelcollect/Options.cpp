@@ -111,45 +111,90 @@ static EFormat ParseFormat(const std::string& text) {
   return format;
 }
 
+// The upload's name: the default (empty) unless given.
+static std::string UploadName(const char* value) {
+  return value ? CheckUploadName(value) : "";
+}
+
+// What an option does to the options, given its value (NULL when it has none).
+using TApply = void (*)(TOptions& options, const char* value);
+
+template <bool TOptions::*Flag, bool kValue = true>
+static void Set(TOptions& options, const char*) {
+  options.*Flag = kValue;
+}
+
+template <auto Field>
+static void Assign(TOptions& options, const char* value) {
+  options.*Field = value;
+}
+
+template <auto Field, auto Read>
+static void Parse(TOptions& options, const char* value) {
+  options.*Field = Read(value);
+}
+
+template <std::vector<std::string> TOptions::*List>
+static void Append(TOptions& options, const char* value) {
+  (options.*List).push_back(value);
+}
+
+template <TApply First, TApply Second>
+static void Both(TOptions& options, const char* value) {
+  First(options, value);
+  Second(options, value);
+}
+
+// Every option once, in the order of the help: its long name, its value, its letter (0 for
+// none) and what it does.
+static const struct {
+  const char* fName;
+  int fHasValue;
+  char fLetter;
+  TApply fApply;
+} kOptions[] = {
+    {"plugin-dir", required_argument, 'p', Append<&TOptions::fPluginDirs>},
+    {"no-bundled", no_argument, 0, Set<&TOptions::fNoBundled>},
+    {"schema", required_argument, 's', Append<&TOptions::fSchemaFiles>},
+    {"class", required_argument, 'c', Append<&TOptions::fClassNames>},
+    {"exclude", required_argument, 'x', Append<&TOptions::fExcludedClasses>},
+    {"list", no_argument, 0, Set<&TOptions::fList>},
+    {"output", required_argument, 'o',
+     Both<Assign<&TOptions::fOutputFile>, Set<&TOptions::fWriteOutput>>},
+    {"no-output", no_argument, 'n', Set<&TOptions::fWriteOutput, false>},
+    {"verify", no_argument, 0, Set<&TOptions::fVerify>},
+    {"log-file", required_argument, 'l', Assign<&TOptions::fLogFile>},
+    {"log-level", required_argument, 'L',
+     Both<Parse<&TOptions::fLogLevel, ParseLevel>, Set<&TOptions::fLogLevelGiven>>},
+    {"format", required_argument, 'f', Parse<&TOptions::fFormat, ParseFormat>},
+    {"full", no_argument, 0, Set<&TOptions::fFull>},
+    {"redact", no_argument, 0, Set<&TOptions::fRedact>},
+    {"redact-key", required_argument, 0,
+     Both<Set<&TOptions::fRedact>, Assign<&TOptions::fRedactKeyFile>>},
+    {"timeout", required_argument, 0, Parse<&TOptions::fTimeout, ParseSeconds>},
+    {"allow-unsafe-plugins", no_argument, 0, Set<&TOptions::fAllowUnsafePlugins>},
+    {"follow-symlinks", no_argument, 0, Set<&TOptions::fFollowSymlinks>},
+    {"upload", optional_argument, 0,
+     Both<Set<&TOptions::fUpload>, Parse<&TOptions::fUploadName, UploadName>>},
+    {"compare", required_argument, 0, Assign<&TOptions::fCompareFile>},
+    {"all", no_argument, 0, Set<&TOptions::fAll>},
+    {"help", no_argument, 'h', Set<&TOptions::fHelp>},
+    {"version", no_argument, 'V', Set<&TOptions::fVersion>},
+};
+
 TOptions ParseOptions(int argc, char** argv) {
-  enum {
-    kVerify = 256,
-    kList,
-    kNoBundled,
-    kTimeout,
-    kAllowUnsafe,
-    kFollowSymlinks,
-    kUpload,
-    kFull,
-    kRedact,
-    kRedactKey,
-    kCompare,
-    kAll
-  };
-  static const option kLongOptions[] = {{"plugin-dir", required_argument, 0, 'p'},
-                                        {"schema", required_argument, 0, 's'},
-                                        {"class", required_argument, 0, 'c'},
-                                        {"output", required_argument, 0, 'o'},
-                                        {"no-output", no_argument, 0, 'n'},
-                                        {"verify", no_argument, 0, kVerify},
-                                        {"log-file", required_argument, 0, 'l'},
-                                        {"log-level", required_argument, 0, 'L'},
-                                        {"format", required_argument, 0, 'f'},
-                                        {"upload", optional_argument, 0, kUpload},
-                                        {"full", no_argument, 0, kFull},
-                                        {"redact", no_argument, 0, kRedact},
-                                        {"redact-key", required_argument, 0, kRedactKey},
-                                        {"compare", required_argument, 0, kCompare},
-                                        {"all", no_argument, 0, kAll},
-                                        {"help", no_argument, 0, 'h'},
-                                        {"version", no_argument, 0, 'V'},
-                                        {"exclude", required_argument, 0, 'x'},
-                                        {"list", no_argument, 0, kList},
-                                        {"no-bundled", no_argument, 0, kNoBundled},
-                                        {"timeout", required_argument, 0, kTimeout},
-                                        {"allow-unsafe-plugins", no_argument, 0, kAllowUnsafe},
-                                        {"follow-symlinks", no_argument, 0, kFollowSymlinks},
-                                        {0, 0, 0, 0}};
+  const int kCount = sizeof kOptions / sizeof *kOptions;
+  const int kNoLetter = 256; // getopt's code of row i without a letter: kNoLetter + i
+  std::vector<option> longOptions;
+  std::string letters = ":"; // A missing value is told apart from an unknown option.
+  for (int i = 0; i < kCount; ++i) {
+    int code = kOptions[i].fLetter ? kOptions[i].fLetter : kNoLetter + i;
+    longOptions.push_back({kOptions[i].fName, kOptions[i].fHasValue, 0, code});
+    if (kOptions[i].fLetter)
+      letters += std::string(1, kOptions[i].fLetter) +
+                 (kOptions[i].fHasValue == required_argument ? ":" : "");
+  }
+  longOptions.push_back({0, 0, 0, 0});
   TOptions options;
   int first = 1;
   if (argc > 1 && argv[1][0] != '-' && FindCommand(argv[1])) {
@@ -158,90 +203,16 @@ TOptions ParseOptions(int argc, char** argv) {
   }
   optind = first;
   opterr = 0; // The message is ours.
-  for (;;) {
-    int code = getopt_long(argc, argv, ":p:s:c:o:nl:L:f:hVx:", kLongOptions, 0);
-    if (code == -1)
-      break;
-    std::string value = optarg ? optarg : "";
-    switch (code) {
-    case 'p':
-      options.fPluginDirs.push_back(value);
-      break;
-    case 's':
-      options.fSchemaFiles.push_back(value);
-      break;
-    case 'c':
-      options.fClassNames.push_back(value);
-      break;
-    case 'o':
-      options.fOutputFile = value;
-      options.fWriteOutput = true;
-      break;
-    case 'n':
-      options.fWriteOutput = false;
-      break;
-    case kVerify:
-      options.fVerify = true;
-      break;
-    case kUpload:
-      options.fUpload = true;
-      options.fUploadName = optarg ? CheckUploadName(value) : "";
-      break;
-    case kCompare:
-      options.fCompareFile = value;
-      break;
-    case kAll:
-      options.fAll = true;
-      break;
-    case 'l':
-      options.fLogFile = value;
-      break;
-    case 'L':
-      options.fLogLevel = ParseLevel(value);
-      options.fLogLevelGiven = true;
-      break;
-    case 'f':
-      options.fFormat = ParseFormat(value);
-      break;
-    case kFull:
-      options.fFull = true;
-      break;
-    case kRedact:
-      options.fRedact = true;
-      break;
-    case kRedactKey:
-      options.fRedact = true;
-      options.fRedactKeyFile = value;
-      break;
-    case 'h':
-      options.fHelp = true;
-      break;
-    case 'V':
-      options.fVersion = true;
-      break;
-    case 'x':
-      options.fExcludedClasses.push_back(value);
-      break;
-    case kList:
-      options.fList = true;
-      break;
-    case kNoBundled:
-      options.fNoBundled = true;
-      break;
-    case kTimeout:
-      options.fTimeout = ParseSeconds(value);
-      break;
-    case kAllowUnsafe:
-      options.fAllowUnsafePlugins = true;
-      break;
-    case kFollowSymlinks:
-      options.fFollowSymlinks = true;
-      break;
-    case ':':
+  int code;
+  while ((code = getopt_long(argc, argv, letters.c_str(), longOptions.data(), 0)) != -1) {
+    if (code == ':')
       throw TUsageError(std::string("option '") + argv[optind - 1] + "' needs a value");
-    default:
+    int row = 0;
+    while (row < kCount && longOptions[row].val != code)
+      ++row;
+    if (row == kCount)
       throw TUsageError(std::string("unknown option '") + argv[optind - 1] + "'");
-    }
+    kOptions[row].fApply(options, optarg);
   }
   options.fArguments.assign(argv + optind, argv + argc);
   if (options.fCommand == "collect" && !options.fArguments.empty())

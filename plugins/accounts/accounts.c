@@ -46,15 +46,14 @@ typedef struct TGroup {
 } TGroup;
 
 typedef struct TGroups {
-  char* fText;
   TGroup* fItems;
   int fCount;
+  int fCapacity;
 } TGroups;
 
 static void ReadGroups(TGroups* groups) {
   char* line = NULL;
   size_t capacity = 0;
-  int allocated = 0;
   FILE* file = ZelPluginFopen("/etc/group");
   memset(groups, 0, sizeof *groups);
   if (!file)
@@ -62,19 +61,17 @@ static void ReadGroups(TGroups* groups) {
   while (getline(&line, &capacity, file) != -1) {
     char* fields[4];
     char* at = line;
+    TGroup* items;
     int i;
     for (i = 0; i < 4; ++i)
       fields[i] = strsep(&at, ":");
     if (!fields[3] || !fields[0][0])
       continue;
-    if (groups->fCount == allocated) {
-      TGroup* items;
-      allocated = allocated ? 2 * allocated : 64;
-      items = (TGroup*)realloc(groups->fItems, (size_t)allocated * sizeof *items);
-      if (!items)
-        break;
-      groups->fItems = items;
-    }
+    items = (TGroup*)ZelPluginGrow(groups->fItems, groups->fCount, &groups->fCapacity,
+                                   sizeof *items, 64);
+    if (!items)
+      break;
+    groups->fItems = items;
     groups->fItems[groups->fCount].fName = strdup(fields[0]);
     groups->fItems[groups->fCount].fGid = strtoul(fields[2], NULL, 10);
     groups->fItems[groups->fCount].fMembers = strdup(ZelPluginTrim(fields[3]));
@@ -149,10 +146,8 @@ static zelStatusCode AddAccount(zelIOHandle* io, char* line, const TUidRange* ra
     return status;
   zelAddUint32Property(io, "UserID", (uint32_t)uid);
   zelAddUint32Property(io, "GroupID", (uint32_t)gid);
-  if (fields[5][0])
-    zelAddStringProperty(io, "HomeDirectory", fields[5]);
-  if (ZelPluginTrim(fields[6])[0])
-    zelAddStringProperty(io, "LoginShell", fields[6]);
+  ZelPluginAddText(io, "HomeDirectory", fields[5]);
+  ZelPluginAddText(io, "LoginShell", ZelPluginTrim(fields[6]));
   zelAddBooleanProperty(io, "SystemAccount",
                         !(uid >= range->fMin && uid <= range->fMax && uid > range->fSystemMax));
   status = AddGroups(io, groups, fields[0], gid);

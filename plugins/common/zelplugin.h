@@ -201,6 +201,12 @@ static inline zelStatusCode ZelPluginEachEntry(const char* path, const char* pre
   return status;
 }
 
+/* Sets a string property to text; an empty text leaves it NULL. */
+static inline void ZelPluginAddText(zelIOHandle* io, const char* name, const char* text) {
+  if (text[0])
+    zelAddStringProperty(io, name, text);
+}
+
 /* Sets a string property from the first line of a file; leaves it NULL otherwise. */
 static inline void ZelPluginAddFileProperty(zelIOHandle* io, const char* name, const char* path) {
   char line[512];
@@ -215,6 +221,20 @@ static inline void ZelPluginHostName(char* host, size_t size) {
   host[size - 1] = '\0';
 }
 
+/* items, an array of count items of size bytes, with room for one more: its capacity
+ * doubled, from first items, when it is full. NULL when out of memory, items untouched. */
+static inline void* ZelPluginGrow(void* items, int count, int* capacity, size_t size,
+                                  int first) {
+  int grown;
+  if (count < *capacity)
+    return items;
+  grown = *capacity ? 2 * *capacity : first;
+  items = realloc(items, (size_t)grown * size);
+  if (items)
+    *capacity = grown;
+  return items;
+}
+
 /* A growable list of names, kept by a plugin between its two passes. */
 typedef struct ZelPluginNames {
   char** fItems;
@@ -223,14 +243,11 @@ typedef struct ZelPluginNames {
 } ZelPluginNames;
 
 static inline int ZelPluginNamesAdd(ZelPluginNames* names, const char* name) {
-  if (names->fCount == names->fCapacity) {
-    int capacity = names->fCapacity ? 2 * names->fCapacity : 16;
-    char** items = (char**)realloc(names->fItems, (size_t)capacity * sizeof *items);
-    if (!items)
-      return 0;
-    names->fItems = items;
-    names->fCapacity = capacity;
-  }
+  char** items = (char**)ZelPluginGrow(names->fItems, names->fCount, &names->fCapacity,
+                                       sizeof *items, 16);
+  if (!items)
+    return 0;
+  names->fItems = items;
   names->fItems[names->fCount] = strdup(name);
   if (!names->fItems[names->fCount])
     return 0;
@@ -253,6 +270,28 @@ static inline void ZelPluginNamesClear(ZelPluginNames* names) {
   free(names->fItems);
   names->fItems = NULL;
   names->fCount = names->fCapacity = 0;
+}
+
+/* A name kept with a second text as one item: the name, its NUL, then the second text. */
+static inline int ZelPluginNamesAddPair(ZelPluginNames* names, const char* name,
+                                        const char* second) {
+  size_t length = strlen(name) + 1;
+  char* item;
+  if (!ZelPluginNamesAdd(names, name))
+    return 0;
+  item = (char*)realloc(names->fItems[names->fCount - 1], length + strlen(second) + 1);
+  if (!item) {
+    free(names->fItems[--names->fCount]);
+    return 0;
+  }
+  strcpy(item + length, second);
+  names->fItems[names->fCount - 1] = item;
+  return 1;
+}
+
+/* The second text of an item added by ZelPluginNamesAddPair. */
+static inline const char* ZelPluginNamesSecond(const char* item) {
+  return item + strlen(item) + 1;
 }
 
 /* The entries of a directory (but "." and the hidden ones) appended to names; 0 when it
@@ -429,13 +468,30 @@ static inline zelStatusCode ZelPluginAddComponents(TCPluginCallbacks* self, zelI
 }
 
 /* The parts that a device plugin collected in its first pass, for its associations in the
- * second; freed when the plugin ends. */
+ * second, and the pairs of names (ZelPluginNamesAddPair) that its second pass relates to
+ * each other; freed when the plugin ends. */
 static ZelPluginNames gZelPluginParts __attribute__((unused));
+static ZelPluginNames gZelPluginPairs __attribute__((unused));
 
 static inline zelStatusCode ZelPluginForgetParts(TCPluginCallbacks* self) {
   (void)self;
   ZelPluginNamesClear(&gZelPluginParts);
+  ZelPluginNamesClear(&gZelPluginPairs);
   return zelStatusOK;
+}
+
+/* Calls relate for each pair kept, with its two names, until one fails. */
+static inline zelStatusCode ZelPluginEachPair(zelIOHandle* io,
+                                              zelStatusCode (*relate)(zelIOHandle* io,
+                                                                      const char* first,
+                                                                      const char* second)) {
+  zelStatusCode status = zelStatusOK;
+  int i;
+  for (i = 0; status == zelStatusOK && i < gZelPluginPairs.fCount; ++i) {
+    const char* first = gZelPluginPairs.fItems[i];
+    status = relate(io, first, ZelPluginNamesSecond(first));
+  }
+  return status;
 }
 
 /* Records a part collected, by the value of its key. */
@@ -502,28 +558,6 @@ static inline zelStatusCode ZelPluginNothingToDo(TCPluginCallbacks* self) {
 
 /* Block devices and the dependencies between parts: a disk and its partitions, a file
  * system and the partition or disk it resides on. */
-
-/* A name kept with a second text as one item: the name, its NUL, then the second text. */
-static inline int ZelPluginNamesAddPair(ZelPluginNames* names, const char* name,
-                                        const char* second) {
-  size_t length = strlen(name) + 1;
-  char* item;
-  if (!ZelPluginNamesAdd(names, name))
-    return 0;
-  item = (char*)realloc(names->fItems[names->fCount - 1], length + strlen(second) + 1);
-  if (!item) {
-    free(names->fItems[--names->fCount]);
-    return 0;
-  }
-  strcpy(item + length, second);
-  names->fItems[names->fCount - 1] = item;
-  return 1;
-}
-
-/* The second text of an item added by ZelPluginNamesAddPair. */
-static inline const char* ZelPluginNamesSecond(const char* item) {
-  return item + strlen(item) + 1;
-}
 
 /* The target of a symbolic link as it is written; 0 when it is no link. */
 static inline int ZelPluginReadLink(const char* path, char* target, size_t size) {

@@ -40,10 +40,6 @@ static void Unescape(char* text) {
   *out = '\0';
 }
 
-/* Each file system on a block device: its mount point with the device's path under
- * /sys/block, "disk" or "disk/partition". */
-static ZelPluginNames gResidences;
-
 /* The path under /sys/block of the block device the kernel calls name, when it is a disk
  * or a partition of one. */
 static int BlockPath(const char* name, char* device, size_t size) {
@@ -116,7 +112,9 @@ static zelStatusCode AddFileSystem(zelIOHandle* io, const char* device, const ch
                          (unsigned long long)sizes.f_bavail * sizes.f_frsize);
     zelAddUint32Property(io, "BlockSize", (uint32_t)sizes.f_bsize);
   }
-  if (blockPath[0] && !ZelPluginNamesAddPair(&gResidences, mountPoint, blockPath))
+  /* Kept for the second pass: the mount point with the device's path under /sys/block,
+   * "disk" or "disk/partition". */
+  if (blockPath[0] && !ZelPluginNamesAddPair(&gZelPluginPairs, mountPoint, blockPath))
     return zelStatusOutOfMemory;
   return ZelPluginKeepPart(mountPoint);
 }
@@ -174,7 +172,7 @@ static zelStatusCode AddFileSystems(zelIOHandle* io) {
   char blockPath[2 * NAME_MAX + 2];
   zelStatusCode status = zelStatusOK;
   FILE* file = ZelPluginFopen("/proc/mounts");
-  ZelPluginNamesClear(&gResidences);
+  ZelPluginNamesClear(&gZelPluginPairs);
   while (file && status == zelStatusOK && fgets(line, sizeof line, file)) {
     char* device = strtok(line, " ");
     char* mountPoint = strtok(NULL, " ");
@@ -200,36 +198,20 @@ static zelStatusCode AddFileSystems(zelIOHandle* io) {
   return status;
 }
 
-/* Each file system on the partition or disk it resides on, as the storage plugin names
- * them. */
-static zelStatusCode AddResidences(zelIOHandle* io) {
-  int i;
-  for (i = 0; i < gResidences.fCount; ++i) {
-    const char* device = ZelPluginNamesSecond(gResidences.fItems[i]);
-    const char* partition = strchr(device, '/');
-    zelStatusCode status = ZelPluginAddDependency(
-        io, "KAPLA_ResidesOnExtent", partition ? "KAPLA_DiskPartition" : "KAPLA_DiskDrive",
-        "DeviceID", partition ? partition + 1 : device, "KAPLA_FileSystem", "Name",
-        gResidences.fItems[i]);
-    if (status != zelStatusOK)
-      return status;
-  }
-  return zelStatusOK;
+/* A file system on the partition or disk it resides on, as the storage plugin names them. */
+static zelStatusCode AddResidence(zelIOHandle* io, const char* mountPoint, const char* device) {
+  const char* partition = strchr(device, '/');
+  return ZelPluginAddDependency(io, "KAPLA_ResidesOnExtent",
+                                partition ? "KAPLA_DiskPartition" : "KAPLA_DiskDrive", "DeviceID",
+                                partition ? partition + 1 : device, "KAPLA_FileSystem", "Name",
+                                mountPoint);
 }
 
-static zelStatusCode GetData(TCPluginCallbacks* self, zelIOHandle* io, const char** classNames,
-                             int classCount) {
-  zelStatusCode status =
-      ZelPluginCollectParts(self, io, classNames, classCount, "KAPLA_FileSystem",
-                            "KAPLA_HostedFileSystem", "Name", AddFileSystems);
-  if (status == zelStatusOK && ZelPluginAsked(classNames, classCount, "KAPLA_ResidesOnExtent"))
-    status = AddResidences(io);
-  return status;
+static zelStatusCode AddResidences(zelIOHandle* io, const char** classNames, int classCount) {
+  if (!ZelPluginAsked(classNames, classCount, "KAPLA_ResidesOnExtent"))
+    return zelStatusOK;
+  return ZelPluginEachPair(io, AddResidence);
 }
 
-static zelStatusCode DeInit(TCPluginCallbacks* self) {
-  ZelPluginNamesClear(&gResidences);
-  return ZelPluginForgetParts(self);
-}
-
-ZEL_PLUGIN("FileSystem", GetData, DeInit)
+ZEL_RELATED_PARTS_PLUGIN("FileSystem", "KAPLA_FileSystem", "KAPLA_HostedFileSystem", "Name",
+                         AddFileSystems, AddResidences)

@@ -11,9 +11,6 @@
 #include <netinet/in.h>
 #include <unistd.h>
 
-/* The addresses collected, by the endpoint's key "interface/address/prefix". */
-static ZelPluginNames gEndpoints;
-
 static int ReadNetFile(const char* adapter, const char* file, char* value, size_t size) {
   char path[PATH_MAX];
   snprintf(path, sizeof path, "/sys/class/net/%s/%s", adapter, file);
@@ -90,7 +87,9 @@ static zelStatusCode AddEndpoint(zelIOHandle* io, const char* interfaceName, int
   zelAddUint16Property(io, "ProtocolIFType", family == AF_INET ? 4096 : 4097);
   if (scope)
     zelAddStringProperty(io, "Scope", scope);
-  return ZelPluginNamesAdd(&gEndpoints, name) ? zelStatusOK : zelStatusOutOfMemory;
+  /* Kept for the second pass: the interface with the endpoint's key. */
+  return ZelPluginNamesAddPair(&gZelPluginPairs, interfaceName, name) ? zelStatusOK
+                                                                      : zelStatusOutOfMemory;
 }
 
 /* "fd000000000000000000000000000002 04 40 00 82 eth0": address, interface index, prefix
@@ -147,59 +146,29 @@ static zelStatusCode AddIPv4Endpoints(zelIOHandle* io) {
   return status;
 }
 
-static int Collected(const ZelPluginNames* names, const char* name, size_t length) {
-  int i;
-  for (i = 0; i < names->fCount; ++i)
-    if (strlen(names->fItems[i]) == length && strncmp(names->fItems[i], name, length) == 0)
-      return 1;
-  return 0;
+/* An address with its interface, when that interface was collected. */
+static zelStatusCode AddImplementation(zelIOHandle* io, const char* adapter,
+                                       const char* endpoint) {
+  if (!ZelPluginNamesHas(&gZelPluginParts, adapter))
+    return zelStatusOK;
+  return ZelPluginAddDependency(io, "KAPLA_DeviceSAPImplementation", "KAPLA_NetworkAdapter",
+                                "DeviceID", adapter, "KAPLA_IPProtocolEndpoint", "Name",
+                                endpoint);
 }
 
-/* Each address with its interface, when that interface was collected. */
-static zelStatusCode AddImplementations(zelIOHandle* io) {
-  int i;
-  for (i = 0; i < gEndpoints.fCount; ++i) {
-    const char* name = gEndpoints.fItems[i];
-    size_t length = strcspn(name, "/");
-    char adapter[IF_NAMESIZE + 1];
-    zelStatusCode status;
-    if (!Collected(&gZelPluginParts, name, length))
-      continue;
-    snprintf(adapter, sizeof adapter, "%.*s", (int)length, name);
-    status = zelAddClass(io, "KAPLA_DeviceSAPImplementation");
-    if (status == zelStatusOK)
-      status = ZelPluginAddReference(io, "Antecedent", "KAPLA_NetworkAdapter", "DeviceID",
-                                     adapter);
-    if (status == zelStatusOK)
-      status = ZelPluginAddReference(io, "Dependent", "KAPLA_IPProtocolEndpoint", "Name", name);
-    if (status != zelStatusOK)
-      return status;
-  }
-  return zelStatusOK;
-}
-
-static zelStatusCode GetData(TCPluginCallbacks* self, zelIOHandle* io, const char** classNames,
-                             int classCount) {
-  zelStatusCode status = ZelPluginCollectParts(self, io, classNames, classCount,
-                                               "KAPLA_NetworkAdapter",
-                                               "KAPLA_SystemNetworkAdapter", "DeviceID",
-                                               AddAdapters);
-  if (status == zelStatusOK &&
-      ZelPluginAsked(classNames, classCount, "KAPLA_IPProtocolEndpoint")) {
-    ZelPluginNamesClear(&gEndpoints);
+static zelStatusCode AddAddresses(zelIOHandle* io, const char** classNames, int classCount) {
+  zelStatusCode status = zelStatusOK;
+  if (ZelPluginAsked(classNames, classCount, "KAPLA_IPProtocolEndpoint")) {
+    ZelPluginNamesClear(&gZelPluginPairs);
     status = AddIPv6Endpoints(io);
     if (status == zelStatusOK)
       status = AddIPv4Endpoints(io);
   }
   if (status == zelStatusOK &&
       ZelPluginAsked(classNames, classCount, "KAPLA_DeviceSAPImplementation"))
-    status = AddImplementations(io);
+    status = ZelPluginEachPair(io, AddImplementation);
   return status;
 }
 
-static zelStatusCode DeInit(TCPluginCallbacks* self) {
-  ZelPluginNamesClear(&gEndpoints);
-  return ZelPluginForgetParts(self);
-}
-
-ZEL_PLUGIN("Network", GetData, DeInit)
+ZEL_RELATED_PARTS_PLUGIN("Network", "KAPLA_NetworkAdapter", "KAPLA_SystemNetworkAdapter",
+                         "DeviceID", AddAdapters, AddAddresses)

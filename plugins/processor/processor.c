@@ -135,10 +135,8 @@ static zelStatusCode AddProcessor(zelIOHandle* io, long number, const TProcessor
   status = ZelPluginOpenInstance(io, "KAPLA_Processor", "DeviceID", id);
   if (status != zelStatusOK)
     return status;
-  if (cpu->fModel[0])
-    zelAddStringProperty(io, "Name", cpu->fModel);
-  if (cpu->fVendor[0])
-    zelAddStringProperty(io, "Manufacturer", cpu->fVendor);
+  ZelPluginAddText(io, "Name", cpu->fModel);
+  ZelPluginAddText(io, "Manufacturer", cpu->fVendor);
   if (cpu->fHasMHz)
     zelAddUint32Property(io, "CurrentClockSpeed", (uint32_t)(cpu->fMHz + 0.5));
   if (cpu->fHasCache)
@@ -146,8 +144,7 @@ static zelStatusCode AddProcessor(zelIOHandle* io, long number, const TProcessor
   for (i = 0; i < kNumberCount; ++i)
     if (kNumberProperties[i] && cpu->fHasNumber[i])
       zelAddUint32Property(io, kNumberProperties[i], (uint32_t)cpu->fNumbers[i]);
-  if (cpu->fMicrocode[0])
-    zelAddStringProperty(io, "Microcode", cpu->fMicrocode);
+  ZelPluginAddText(io, "Microcode", cpu->fMicrocode);
   /* siblings counts the logical processors of the package, cpu cores its cores. */
   if (cpu->fHasNumber[kSiblings] && cpu->fHasNumber[kCores] && cpu->fNumbers[kCores] > 0 &&
       cpu->fNumbers[kSiblings] >= cpu->fNumbers[kCores])

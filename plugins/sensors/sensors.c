@@ -81,8 +81,7 @@ static zelStatusCode AddSensor(zelIOHandle* io, const char* chipDir, const char*
   labelled = ZelPluginReadLine(path, label, sizeof label);
   if (labelled)
     zelAddStringProperty(io, "Label", label);
-  if (chip[0])
-    zelAddStringProperty(io, "Chip", chip);
+  ZelPluginAddText(io, "Chip", chip);
   snprintf(name, sizeof name, "%s%s%s", chip, chip[0] ? " " : "",
            labelled ? label : strchr(id, '/') + 1);
   zelAddStringProperty(io, "Name", name);

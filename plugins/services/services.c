@@ -43,16 +43,14 @@ static TService* FindService(TServices* services, const char* name) {
 /* The service of that name, added when new; NULL when out of memory. */
 static TService* GetService(TServices* services, const char* name) {
   TService* found = FindService(services, name);
+  TService* items;
   if (found)
     return found;
-  if (services->fCount == services->fCapacity) {
-    int capacity = services->fCapacity ? 2 * services->fCapacity : 64;
-    TService* items = (TService*)realloc(services->fItems, (size_t)capacity * sizeof *items);
-    if (!items)
-      return NULL;
-    services->fItems = items;
-    services->fCapacity = capacity;
-  }
+  items = (TService*)ZelPluginGrow(services->fItems, services->fCount, &services->fCapacity,
+                                   sizeof *items, 64);
+  if (!items)
+    return NULL;
+  services->fItems = items;
   found = &services->fItems[services->fCount++];
   memset(found, 0, sizeof *found);
   snprintf(found->fName, sizeof found->fName, "%s", name);
@@ -102,49 +100,59 @@ static void ReadUnitFile(const char* path, TService* service, int* installable) 
   fclose(file);
 }
 
+/* A unit that a link of a .wants or .requires directory names: an enabled one. */
+static zelStatusCode AddEnabled(void* context, const char* name) {
+  ZelPluginNames* enabled = (ZelPluginNames*)context;
+  if (name[0] == '.' || ZelPluginNamesHas(enabled, name))
+    return zelStatusOK;
+  return ZelPluginNamesAdd(enabled, name) ? zelStatusOK : zelStatusOutOfMemory;
+}
+
+static zelStatusCode ReadWanted(void* context, const char* name) {
+  const char* dot = strrchr(name, '.');
+  char path[PATH_MAX];
+  if (!dot || (strcmp(dot, ".wants") != 0 && strcmp(dot, ".requires") != 0))
+    return zelStatusOK;
+  snprintf(path, sizeof path, "/etc/systemd/system/%s", name);
+  return ZelPluginEachEntry(path, "", AddEnabled, context);
+}
+
 /* The units that some unit wants or requires through a link in /etc/systemd/system: the
  * enabled ones. */
 static zelStatusCode ReadEnabled(ZelPluginNames* enabled) {
-  struct dirent* entry;
-  zelStatusCode status = zelStatusOK;
-  DIR* directory = ZelPluginOpendir("/etc/systemd/system");
-  if (!directory)
-    return zelStatusOK;
-  while (status == zelStatusOK && (entry = readdir(directory)) != NULL) {
-    const char* dot = strrchr(entry->d_name, '.');
-    char path[PATH_MAX];
-    struct dirent* link;
-    DIR* links;
-    if (!dot || (strcmp(dot, ".wants") != 0 && strcmp(dot, ".requires") != 0))
-      continue;
-    snprintf(path, sizeof path, "/etc/systemd/system/%s", entry->d_name);
-    links = ZelPluginOpendir(path);
-    while (status == zelStatusOK && links && (link = readdir(links)) != NULL)
-      if (link->d_name[0] != '.' && !ZelPluginNamesHas(enabled, link->d_name))
-        status = ZelPluginNamesAdd(enabled, link->d_name) ? zelStatusOK : zelStatusOutOfMemory;
-    if (links)
-      closedir(links);
-  }
-  closedir(directory);
-  return status;
+  return ZelPluginEachEntry("/etc/systemd/system", "", ReadWanted, enabled);
+}
+
+/* The unit files of one directory, walked in the order of precedence. */
+typedef struct TUnitWalk {
+  TServices* fServices;
+  const ZelPluginNames* fEnabled;
+  const char* fDirectory;
+  const char* fState;
+} TUnitWalk;
+
+static int IsServiceFile(const char* name) {
+  size_t length = strlen(name);
+  return length > 8 && strcmp(name + length - 8, ".service") == 0 && name[length - 9] != '@';
 }
 
 /* One unit file: a service, masked, or an alias of another (skipped). */
-static zelStatusCode AddUnitFile(TServices* services, const ZelPluginNames* enabled,
-                                 const char* directory, const char* state, const char* name) {
+static zelStatusCode AddUnitFile(void* context, const char* name) {
+  const TUnitWalk* walk = (const TUnitWalk*)context;
+  TServices* services = walk->fServices;
   char path[PATH_MAX];
-  char rooted[PATH_MAX];
   char target[PATH_MAX];
   const char* base;
-  ssize_t length;
+  int linked;
   int installable = 0;
   TService* service;
+  if (!IsServiceFile(name))
+    return zelStatusOK;
   if (FindService(services, name))
     return zelStatusOK; /* a file of higher precedence gave it */
-  snprintf(path, sizeof path, "%s/%s", directory, name);
-  length = readlink(ZelPluginPath(path, rooted, sizeof rooted), target, sizeof target - 1);
-  if (length > 0) {
-    target[length] = '\0';
+  snprintf(path, sizeof path, "%s/%s", walk->fDirectory, name);
+  linked = ZelPluginReadLink(path, target, sizeof target);
+  if (linked) {
     base = strrchr(target, '/');
     base = base ? base + 1 : target;
     if (strcmp(target, "/dev/null") != 0 && strcmp(base, name) != 0)
@@ -153,40 +161,31 @@ static zelStatusCode AddUnitFile(TServices* services, const ZelPluginNames* enab
   service = GetService(services, name);
   if (!service)
     return zelStatusOutOfMemory;
-  if (length > 0 && strcmp(target, "/dev/null") == 0) {
+  if (linked && strcmp(target, "/dev/null") == 0) {
     snprintf(service->fUnitFileState, sizeof service->fUnitFileState, "masked");
     return zelStatusOK;
   }
-  if (length > 0 && target[0] == '/') /* linked from elsewhere on the machine */
+  if (linked && target[0] == '/') /* linked from elsewhere on the machine */
     snprintf(path, sizeof path, "%s", target);
   ReadUnitFile(path, service, &installable);
   snprintf(service->fUnitFileState, sizeof service->fUnitFileState, "%s",
-           state                              ? state
-           : ZelPluginNamesHas(enabled, name) ? "enabled"
-           : installable                      ? "disabled"
-                                              : "static");
+           walk->fState                              ? walk->fState
+           : ZelPluginNamesHas(walk->fEnabled, name) ? "enabled"
+           : installable                             ? "disabled"
+                                                     : "static");
   return zelStatusOK;
-}
-
-static int IsServiceFile(const char* name) {
-  size_t length = strlen(name);
-  return length > 8 && strcmp(name + length - 8, ".service") == 0 && name[length - 9] != '@';
 }
 
 static zelStatusCode ReadUnitFiles(TServices* services) {
   ZelPluginNames enabled = {NULL, 0, 0};
+  TUnitWalk walk = {services, &enabled, NULL, NULL};
   size_t i;
   zelStatusCode status = ReadEnabled(&enabled);
   for (i = 0; status == zelStatusOK && i < sizeof kUnitDirectories / sizeof *kUnitDirectories;
        ++i) {
-    struct dirent* entry;
-    DIR* directory = ZelPluginOpendir(kUnitDirectories[i].fPath);
-    while (status == zelStatusOK && directory && (entry = readdir(directory)) != NULL)
-      if (IsServiceFile(entry->d_name))
-        status = AddUnitFile(services, &enabled, kUnitDirectories[i].fPath,
-                             kUnitDirectories[i].fState, entry->d_name);
-    if (directory)
-      closedir(directory);
+    walk.fDirectory = kUnitDirectories[i].fPath;
+    walk.fState = kUnitDirectories[i].fState;
+    status = ZelPluginEachEntry(walk.fDirectory, "", AddUnitFile, &walk);
   }
   ZelPluginNamesClear(&enabled);
   return status;
@@ -316,16 +315,11 @@ static zelStatusCode AddService(zelIOHandle* io, const TService* service) {
   zelStatusCode status = ZelPluginOpenInstance(io, "KAPLA_Service", "Name", service->fName);
   if (status != zelStatusOK)
     return status;
-  if (service->fDescription[0])
-    zelAddStringProperty(io, "Description", service->fDescription);
-  if (service->fUnitFileState[0])
-    zelAddStringProperty(io, "UnitFileState", service->fUnitFileState);
-  if (service->fLoadState[0])
-    zelAddStringProperty(io, "LoadState", service->fLoadState);
-  if (service->fActiveState[0])
-    zelAddStringProperty(io, "ActiveState", service->fActiveState);
-  if (service->fSubState[0])
-    zelAddStringProperty(io, "SubState", service->fSubState);
+  ZelPluginAddText(io, "Description", service->fDescription);
+  ZelPluginAddText(io, "UnitFileState", service->fUnitFileState);
+  ZelPluginAddText(io, "LoadState", service->fLoadState);
+  ZelPluginAddText(io, "ActiveState", service->fActiveState);
+  ZelPluginAddText(io, "SubState", service->fSubState);
   if (service->fMainPID > 0)
     zelAddUint32Property(io, "MainPID", (uint32_t)service->fMainPID);
   return ZelPluginKeepPart(service->fName);

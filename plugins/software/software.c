@@ -23,10 +23,8 @@ static zelStatusCode AddPackage(zelIOHandle* io, const TPackage* package) {
     return status;
   zelAddStringProperty(io, "Name", package->fName);
   zelAddStringProperty(io, "Architecture", package->fArchitecture);
-  if (package->fVersion[0])
-    zelAddStringProperty(io, "Version", package->fVersion);
-  if (package->fMaintainer[0])
-    zelAddStringProperty(io, "Manufacturer", package->fMaintainer);
+  ZelPluginAddText(io, "Version", package->fVersion);
+  ZelPluginAddText(io, "Manufacturer", package->fMaintainer);
   if (package->fHasSize)
     zelAddUint64Property(io, "InstalledSize", package->fInstalledKiB);
   return zelStatusOK;

@@ -10,9 +10,6 @@ static const char kPartitionClass[] = "KAPLA_DiskPartition";
 /* The sizes of /sys/block count 512-byte sectors whatever the device's block size. */
 static const unsigned long long kSectorBytes = 512;
 
-/* "disk/partition" for each partition collected: the path under /sys/block. */
-static ZelPluginNames gPartitions;
-
 static int ReadBlockFile(const char* device, const char* file, char* value, size_t size) {
   char path[PATH_MAX];
   snprintf(path, sizeof path, "/sys/block/%s/%s", device, file);
@@ -150,116 +147,94 @@ static void AddUdevProperty(zelIOHandle* io, const char* property, const char* n
   char path[PATH_MAX];
   char value[256];
   snprintf(path, sizeof path, "/run/udev/data/b%s", number);
-  if (ZelPluginFileField(path, '=', key, value, sizeof value) && value[0])
-    zelAddStringProperty(io, property, value);
+  if (ZelPluginFileField(path, '=', key, value, sizeof value))
+    ZelPluginAddText(io, property, value);
 }
 
-/* path is "disk/partition", under /sys/block. */
-static zelStatusCode AddPartition(zelIOHandle* io, const char* path, const char* partition) {
+/* A walk of /sys/block: what it collects, and the disk whose partitions it walks. */
+typedef struct TBlockWalk {
+  zelIOHandle* fIo;
+  int fDisks;
+  int fPartitions;
+  const char* fDisk;
+} TBlockWalk;
+
+/* An entry of a disk's directory of /sys/block that has a partition file. */
+static zelStatusCode AddPartition(void* context, const char* partition) {
+  const TBlockWalk* walk = (const TBlockWalk*)context;
+  zelIOHandle* io = walk->fIo;
+  char path[2 * NAME_MAX + 2];
   char value[PATH_MAX];
   char name[256];
   char number[64];
-  zelStatusCode status = ZelPluginOpenInstance(io, kPartitionClass, "DeviceID", partition);
+  zelStatusCode status;
+  snprintf(path, sizeof path, "%s/%s", walk->fDisk, partition);
+  if (!ReadBlockFile(path, "partition", number, sizeof number))
+    return zelStatusOK;
+  status = ZelPluginOpenInstance(io, kPartitionClass, "DeviceID", partition);
   if (status != zelStatusOK)
     return status;
   snprintf(value, sizeof value, "/dev/%s", partition);
   zelAddStringProperty(io, "Name", value);
-  if (ReadBlockFile(path, "partition", value, sizeof value))
-    zelAddUint32Property(io, "PartitionNumber", (uint32_t)strtoul(value, NULL, 10));
+  zelAddUint32Property(io, "PartitionNumber", (uint32_t)strtoul(number, NULL, 10));
   AddBlockNumber(io, "StartingOffset", path, "start", kSectorBytes);
   AddBlockNumber(io, "Size", path, "size", kSectorBytes);
   AddBlockFlag(io, "ReadOnly", path, "ro");
   snprintf(value, sizeof value, "/sys/block/%s/uevent", path);
-  if (ZelPluginFileField(value, '=', "PARTNAME", name, sizeof name) && name[0])
-    zelAddStringProperty(io, "PartitionName", name);
+  if (ZelPluginFileField(value, '=', "PARTNAME", name, sizeof name))
+    ZelPluginAddText(io, "PartitionName", name);
   if (ReadBlockFile(path, "dev", number, sizeof number)) {
     AddUdevProperty(io, "PartitionScheme", number, "E:ID_PART_ENTRY_SCHEME");
     AddUdevProperty(io, "PartitionType", number, "E:ID_PART_ENTRY_TYPE");
     AddUdevProperty(io, "PartitionUUID", number, "E:ID_PART_ENTRY_UUID");
   }
-  return ZelPluginNamesAdd(&gPartitions, path) ? zelStatusOK : zelStatusOutOfMemory;
+  /* Kept for the second pass: the disk with the partition. */
+  return ZelPluginNamesAddPair(&gZelPluginPairs, walk->fDisk, partition) ? zelStatusOK
+                                                                         : zelStatusOutOfMemory;
 }
 
-/* The partitions of a disk: its subdirectories of /sys/block that have a partition file. */
-static zelStatusCode AddPartitions(zelIOHandle* io, const char* disk) {
-  struct dirent* entry;
+/* An entry of /sys/block that is a disk, with its partitions: the entries of its directory
+ * named after it. */
+static zelStatusCode AddBlockDevice(void* context, const char* disk) {
+  TBlockWalk* walk = (TBlockWalk*)context;
+  char path[PATH_MAX];
   zelStatusCode status = zelStatusOK;
-  char path[2 * NAME_MAX + 2];
-  DIR* directory;
-  snprintf(path, sizeof path, "/sys/block/%s", disk);
-  directory = ZelPluginOpendir(path);
-  if (!directory)
+  if (!ZelPluginIsDisk(disk))
     return zelStatusOK;
-  while (status == zelStatusOK && (entry = readdir(directory)) != NULL) {
-    char number[64];
-    if (strncmp(entry->d_name, disk, strlen(disk)) != 0)
-      continue;
-    snprintf(path, sizeof path, "%s/%s", disk, entry->d_name);
-    if (ReadBlockFile(path, "partition", number, sizeof number))
-      status = AddPartition(io, path, entry->d_name);
+  if (walk->fDisks)
+    status = AddDisk(walk->fIo, disk);
+  if (status == zelStatusOK && walk->fPartitions) {
+    walk->fDisk = disk;
+    snprintf(path, sizeof path, "/sys/block/%s", disk);
+    status = ZelPluginEachEntry(path, disk, AddPartition, walk);
   }
-  closedir(directory);
   return status;
 }
 
-static zelStatusCode AddDisks(zelIOHandle* io, int disks, int partitions) {
-  struct dirent* entry;
-  zelStatusCode status = zelStatusOK;
-  DIR* directory = ZelPluginOpendir("/sys/block");
-  if (!directory)
-    return zelStatusOK;
-  while (status == zelStatusOK && (entry = readdir(directory)) != NULL) {
-    if (entry->d_name[0] == '.' || !ZelPluginIsDisk(entry->d_name))
-      continue;
-    if (disks)
-      status = AddDisk(io, entry->d_name);
-    if (status == zelStatusOK && partitions)
-      status = AddPartitions(io, entry->d_name);
-  }
-  closedir(directory);
-  return status;
-}
-
-/* Each partition on its disk, when both were collected. */
-static zelStatusCode AddMediaPresent(zelIOHandle* io) {
-  int i;
-  for (i = 0; i < gPartitions.fCount; ++i) {
-    char disk[PATH_MAX];
-    const char* slash = strchr(gPartitions.fItems[i], '/');
-    zelStatusCode status;
-    snprintf(disk, sizeof disk, "%.*s", (int)(slash - gPartitions.fItems[i]),
-             gPartitions.fItems[i]);
-    status = ZelPluginAddDependency(io, "KAPLA_MediaPresent", kDiskClass, "DeviceID", disk,
-                                    kPartitionClass, "DeviceID", slash + 1);
-    if (status != zelStatusOK)
-      return status;
-  }
-  return zelStatusOK;
+/* A partition on its disk, when both were collected. */
+static zelStatusCode AddMediaPresent(zelIOHandle* io, const char* disk, const char* partition) {
+  return ZelPluginAddDependency(io, "KAPLA_MediaPresent", kDiskClass, "DeviceID", disk,
+                                kPartitionClass, "DeviceID", partition);
 }
 
 static zelStatusCode GetData(TCPluginCallbacks* self, zelIOHandle* io, const char** classNames,
                              int classCount) {
-  int disks = ZelPluginAsked(classNames, classCount, kDiskClass);
-  int partitions = ZelPluginAsked(classNames, classCount, kPartitionClass);
+  TBlockWalk walk = {io, ZelPluginAsked(classNames, classCount, kDiskClass),
+                     ZelPluginAsked(classNames, classCount, kPartitionClass), NULL};
   zelStatusCode status = zelStatusOK;
-  if (disks || partitions) {
+  if (walk.fDisks || walk.fPartitions) {
     ZelPluginNamesClear(&gZelPluginParts);
-    ZelPluginNamesClear(&gPartitions);
-    status = AddDisks(io, disks, partitions);
-    if (!disks) /* nothing for their associations to name */
-      ZelPluginNamesClear(&gPartitions);
+    ZelPluginNamesClear(&gZelPluginPairs);
+    status = ZelPluginEachEntry("/sys/block", "", AddBlockDevice, &walk);
+    if (!walk.fDisks) /* nothing for their associations to name */
+      ZelPluginNamesClear(&gZelPluginPairs);
   }
   if (status == zelStatusOK && ZelPluginAsked(classNames, classCount, "KAPLA_SystemDiskDrive"))
     status = ZelPluginAddComponents(self, io, "KAPLA_SystemDiskDrive", kDiskClass, "DeviceID",
                                     &gZelPluginParts);
   if (status == zelStatusOK && ZelPluginAsked(classNames, classCount, "KAPLA_MediaPresent"))
-    status = AddMediaPresent(io);
+    status = ZelPluginEachPair(io, AddMediaPresent);
   return status;
 }
 
-static zelStatusCode DeInit(TCPluginCallbacks* self) {
-  ZelPluginNamesClear(&gPartitions);
-  return ZelPluginForgetParts(self);
-}
-
-ZEL_PLUGIN("Storage", GetData, DeInit)
+ZEL_PLUGIN("Storage", GetData, ZelPluginForgetParts)

@@ -111,21 +111,14 @@ static zelStatusCode AddController(zelIOHandle* io, const char* device, int pci,
   return ZelPluginKeepPart(pci ? device : card);
 }
 
-static int Kept(const char* device) {
-  int i;
-  for (i = 0; i < gZelPluginParts.fCount; ++i)
-    if (strcmp(gZelPluginParts.fItems[i], device) == 0)
-      return 1;
-  return 0;
-}
-
 /* A PCI function of the display controller class that no card has named. */
 static zelStatusCode AddDisplayFunction(void* context, const char* address) {
   zelIOHandle* io = (zelIOHandle*)context;
   char path[PATH_MAX];
   unsigned long code;
   snprintf(path, sizeof path, "/sys/bus/pci/devices/%s", address);
-  if (!ReadHexFile(path, "class", &code) || (code >> 16) != 0x03 || Kept(address))
+  if (!ReadHexFile(path, "class", &code) || (code >> 16) != 0x03 ||
+      ZelPluginNamesHas(&gZelPluginParts, address))
     return zelStatusOK;
   return AddController(io, address, 1, NULL);
 }
@@ -145,7 +138,8 @@ static zelStatusCode AddControllers(zelIOHandle* io) {
       continue;
     snprintf(path, sizeof path, "/sys/class/drm/%s/device", card);
     pci = ZelPluginLinkName(path, device, sizeof device) && IsPciFunction(device);
-    if (!Kept(pci ? device : card)) /* A function with two cards is one adapter. */
+    /* A function with two cards is one adapter. */
+    if (!ZelPluginNamesHas(&gZelPluginParts, pci ? device : card))
       status = AddController(io, device, pci, card);
   }
   if (status == zelStatusOK)

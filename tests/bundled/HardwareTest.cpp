@@ -14,6 +14,7 @@
 #include <fstream>
 #include <set>
 #include <sstream>
+#include <tuple>
 
 namespace {
 
@@ -305,41 +306,35 @@ TEST_F(HardwareTest, SensorsGiveEachReadingInItsUnitWithItsLimits) {
   TContainer& c = *result;
   ASSERT_EQ(Instances(c, "KAPLA_NumericSensor").size(), 6u);
 
-  struct TRow {
-    const char* fId;
-    const char* fName;
-    const char* fChip;
-    const char* fLabel;
-    const char* fType;
-    const char* fProperty;
-    double fReading;
+  ExpectInstances(c, "KAPLA_NumericSensor", {"DeviceID", "Name", "Chip", "Label"},
+                  {{"hwmon0/temp1", "nct6798 CPUTIN", "nct6798", "CPUTIN"},
+                   {"hwmon0/temp2", "nct6798 temp2", "nct6798", "NULL"},
+                   {"hwmon0/fan1", "nct6798 fan1", "nct6798", "NULL"},
+                   {"hwmon0/in0", "nct6798 in0", "nct6798", "NULL"},
+                   {"hwmon0/power1", "nct6798 power1", "nct6798", "NULL"},
+                   {"hwmon1/temp1", "nvme Composite", "nvme", "Composite"}});
+
+  // Each reading in the property of its kind; the other kinds' readings stay NULL.
+  const std::tuple<const char*, const char*, const char*, double> kReadings[] = {
+      {"hwmon0/temp1", "Temperature", "Temperature", 45.5},
+      {"hwmon0/temp2", "Temperature", "Temperature", -5.25},
+      {"hwmon0/fan1", "Tachometer", "FanSpeed", 1250},
+      {"hwmon0/in0", "Voltage", "Voltage", 1.224},
+      {"hwmon0/power1", "Power Consumption", "Power", 12.345678},
+      {"hwmon1/temp1", "Temperature", "Temperature", 38.85},
   };
-  const TRow kRows[] = {
-      {"hwmon0/temp1", "nct6798 CPUTIN", "nct6798", "CPUTIN", "Temperature", "Temperature", 45.5},
-      {"hwmon0/temp2", "nct6798 temp2", "nct6798", "NULL", "Temperature", "Temperature", -5.25},
-      {"hwmon0/fan1", "nct6798 fan1", "nct6798", "NULL", "Tachometer", "FanSpeed", 1250},
-      {"hwmon0/in0", "nct6798 in0", "nct6798", "NULL", "Voltage", "Voltage", 1.224},
-      {"hwmon0/power1", "nct6798 power1", "nct6798", "NULL", "Power Consumption", "Power",
-       12.345678},
-      {"hwmon1/temp1", "nvme Composite", "nvme", "Composite", "Temperature", "Temperature",
-       38.85},
-  };
-  for (const TRow& row : kRows) {
-    SCOPED_TRACE(row.fId);
-    TCIMInstance* sensor = Find(c, "KAPLA_NumericSensor", "DeviceID", row.fId);
+  for (const auto& [id, type, property, reading] : kReadings) {
+    SCOPED_TRACE(id);
+    TCIMInstance* sensor = Find(c, "KAPLA_NumericSensor", "DeviceID", id);
     ASSERT_NE(sensor, nullptr);
-    EXPECT_EQ(Text(sensor, "Name"), row.fName);
-    EXPECT_EQ(Text(sensor, "Chip"), row.fChip);
-    EXPECT_EQ(Text(sensor, "Label"), row.fLabel);
-    EXPECT_EQ(Display(sensor, "SensorType"), row.fType);
-    TCIMValue reading = sensor->GetProperty(row.fProperty).GetValue();
-    if (std::string(row.fProperty) == "FanSpeed")
-      EXPECT_EQ(static_cast<unsigned int>(reading), row.fReading);
+    EXPECT_EQ(Display(sensor, "SensorType"), type);
+    TCIMValue value = sensor->GetProperty(property).GetValue();
+    if (std::string(property) == "FanSpeed")
+      EXPECT_EQ(static_cast<unsigned int>(value), reading);
     else
-      EXPECT_EQ(static_cast<double>(reading), row.fReading); // every digit the kernel gave
-    // The other kinds' readings stay NULL.
+      EXPECT_EQ(static_cast<double>(value), reading); // every digit the kernel gave
     for (const char* other : {"Temperature", "Voltage", "Current", "FanSpeed", "Power"}) {
-      if (std::string(other) != row.fProperty) {
+      if (std::string(other) != property) {
         EXPECT_EQ(Text(sensor, other), "NULL") << other;
       }
     }

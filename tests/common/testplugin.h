@@ -32,6 +32,20 @@ static inline void TestPluginLogGetData(TCPluginCallbacks* self, const char** cl
   zelWriteLog(self, zelLogStatus, line);
 }
 
+/* GetData's frame: logs the call, then adds each class asked for in turn until one fails. */
+static inline zelStatusCode TestPluginAddEach(TCPluginCallbacks* self, zelIOHandle* io,
+                                              const char** classNames, int classCount,
+                                              zelStatusCode (*add)(TCPluginCallbacks* self,
+                                                                   zelIOHandle* io,
+                                                                   const char* className)) {
+  zelStatusCode status = zelStatusOK;
+  int i;
+  TestPluginLogGetData(self, classNames, classCount);
+  for (i = 0; i < classCount && status == zelStatusOK; ++i)
+    status = add(self, io, classNames[i]);
+  return status;
+}
+
 static inline zelStatusCode Nothing(TCPluginCallbacks* self) {
   (void)self;
   return zelStatusOK;

@@ -57,22 +57,18 @@ static zelStatusCode AddSample(zelIOHandle* io) {
   return status;
 }
 
-GET_DATA(GetData) {
-  zelStatusCode status = zelStatusOK;
-  int i;
-  TestPluginLogGetData(self, classNames, classCount);
-  for (i = 0; i < classCount && status == zelStatusOK; ++i) {
-    if (strcmp(classNames[i], "KAPLA_ComputerSystem") == 0)
-      status = AddComputerSystem(io);
-    else if (strcmp(classNames[i], "KAPLA_Processor") == 0)
-      status = AddProcessors(io);
-    else if (strcmp(classNames[i], "KAPLA_Sample") == 0)
-      status = AddSample(io);
-    else
-      status = AddWithId(io, classNames[i], 1);
-  }
-  return status;
+static zelStatusCode AddClass(TCPluginCallbacks* self, zelIOHandle* io, const char* className) {
+  (void)self;
+  if (strcmp(className, "KAPLA_ComputerSystem") == 0)
+    return AddComputerSystem(io);
+  if (strcmp(className, "KAPLA_Processor") == 0)
+    return AddProcessors(io);
+  if (strcmp(className, "KAPLA_Sample") == 0)
+    return AddSample(io);
+  return AddWithId(io, className, 1);
 }
+
+GET_DATA(GetData) { return TestPluginAddEach(self, io, classNames, classCount, AddClass); }
 
 TEST_PLUGIN_INFO(GetInfo, "KAPLA_ComputerSystem", "1.2.0", "1.0", 0)
 

@@ -43,14 +43,11 @@ static zelStatusCode AddSystemFans(TCPluginCallbacks* self, zelIOHandle* io) {
   return status;
 }
 
-GET_DATA(GetData) {
-  zelStatusCode status = zelStatusOK;
-  int i;
-  TestPluginLogGetData(self, classNames, classCount);
-  for (i = 0; i < classCount && status == zelStatusOK; ++i)
-    status = strcmp(classNames[i], "KAPLA_Fan") == 0 ? AddFans(io) : AddSystemFans(self, io);
-  return status;
+static zelStatusCode AddClass(TCPluginCallbacks* self, zelIOHandle* io, const char* className) {
+  return strcmp(className, "KAPLA_Fan") == 0 ? AddFans(io) : AddSystemFans(self, io);
 }
+
+GET_DATA(GetData) { return TestPluginAddEach(self, io, classNames, classCount, AddClass); }
 
 TEST_PLUGIN_INFO(GetInfo, "KAPLA_Fans", "0.9", "1.0", 0)
 TEST_PLUGIN_REGISTER(Nothing, GetData, GetInfo, Nothing)
