@@ -11,7 +11,6 @@
 #
 # Exit status 0 when the soname is libzelcore.so.1 and nothing counted is missing; 1 otherwise,
 # with each missing symbol on its own line; 2 when the library, a list or a tool is missing.
-# VERBOSE=1 lists the symbols found too.
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 lib=${1:-}
@@ -47,26 +46,18 @@ nm -D --defined-only "$lib" > "$tmp/raw.txt"
 nm -DC --defined-only "$lib" > "$tmp/demangled.txt"
 
 "$python" - "$here/c_symbols.txt" "$here/cxx_symbols.txt" "$tmp/raw.txt" "$tmp/demangled.txt" \
-  "${VERBOSE:-0}" <<'PY' || status=1
+  <<'PY' || status=1
 import re, sys
-c_path, cxx_path, raw_path, dem_path, verbose = sys.argv[1:6]
-verbose = verbose == "1"
+c_path, cxx_path, raw_path, dem_path = sys.argv[1:5]
 STRING = "std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >"
 TAG = "[abi:cxx11]"
 # C types whose struct or enum tag (what the C++ mangling shows) the header may name freely.
 C_TYPES = ("zelStatusCode", "zelLogSeverity", "zelPluginCallbacks")
 VERSION = re.compile(r"@{1,2}[A-Za-z_][A-Za-z0-9_.]*$")
 
-def short(s):
-    return s.replace(STRING, "std::string")
-
 def exports(path):
-    names = []
-    for line in open(path, errors="replace"):
-        m = re.match(r"^([0-9a-fA-F]+)?\s+(\S)\s+(.*)$", line.rstrip("\n"))
-        if m and m.group(2) not in "AU":
-            names.append(VERSION.sub("", m.group(3)))
-    return names
+    lines = (re.match(r"^([0-9a-fA-F]+)?\s+(\S)\s+(.*)$", l.rstrip("\n")) for l in open(path, errors="replace"))
+    return [VERSION.sub("", m.group(3)) for m in lines if m and m.group(2) not in "AU"]
 
 raw = set(exports(raw_path))
 functions = {n for n in exports(dem_path) if "(" in n}
@@ -75,40 +66,26 @@ for n in functions:
     by_untagged.setdefault(n.replace(TAG, ""), []).append(n)
 
 missing = 0
-
-c_names = [l.split("#")[0].strip() for l in open(c_path)]
-c_names = [n for n in c_names if n]
-c_found = 0
+c_names = [n for n in (l.split("#")[0].strip() for l in open(c_path)) if n]
 for name in c_names:
-    if name in raw:
-        c_found += 1
-        if verbose:
-            print(f"  found: {name}")
-        continue
-    missing += 1
-    cxx = sorted(n for n in functions if n.startswith(name + "("))
-    print(f"MISSING: {name}" + (f"  (exported with C++ linkage only: {short(cxx[0])})" if cxx else ""))
-print(f"C symbols: {c_found}/{len(c_names)}")
+    if name not in raw:
+        missing += 1
+        cxx = sorted(n for n in functions if n.startswith(name + "("))
+        print(f"MISSING: {name}" + (f"  (exported with C++ linkage only: {cxx[0].replace(STRING, 'std::string')})" if cxx else ""))
+print(f"C symbols: {len(c_names) - missing}/{len(c_names)}")
 
-def lookup(symbol):
-    """The export matching symbol and a note on how, or (None, None)."""
+def found(symbol):
+    """Whether an export matches symbol, as the header comment says."""
     spellings = [symbol] + ([] if symbol.endswith(" const") else [symbol + " const"])
-    for s in spellings:
-        if s in functions:
-            return s, ""
-    for s in spellings:
-        hit = by_untagged.get(s.replace(TAG, ""))
-        if hit:
-            return hit[0], "differs in the [abi:cxx11] tag"
-    if any(t in symbol for t in C_TYPES):
-        pattern = re.escape(symbol.replace(TAG, ""))
-        for t in C_TYPES:
-            pattern = pattern.replace(t, r"[A-Za-z_]\w*")
-        rx = re.compile("^" + pattern + "( const)?$")
-        for untagged, names in by_untagged.items():
-            if rx.match(untagged):
-                return names[0], "names a C type by another tag"
-    return None, None
+    if any(s in functions or s.replace(TAG, "") in by_untagged for s in spellings):
+        return True
+    if not any(t in symbol for t in C_TYPES):
+        return False
+    pattern = re.escape(symbol.replace(TAG, ""))
+    for t in C_TYPES:
+        pattern = pattern.replace(t, r"[A-Za-z_]\w*")
+    rx = re.compile("^" + pattern + "( const)?$")
+    return any(rx.match(untagged) for untagged in by_untagged)
 
 counted = counted_found = internal = internal_found = 0
 for line in open(cxx_path):
@@ -116,32 +93,19 @@ for line in open(cxx_path):
     if not line.strip() or line.lstrip().startswith("#"):
         continue
     symbol, _, comment = line.partition(" # ")
-    symbol = symbol.strip()
     fields = [f.strip() for f in comment.split(" ; ")]
     tag = fields[0]
     alternatives = [f[len("alt: "):] for f in fields[1:] if f.startswith("alt: ")]
-    hit, note = lookup(symbol)
-    for alternative in alternatives:
-        if hit is not None:
-            break
-        hit, note = lookup(alternative)
-    is_internal = "[internal]" in tag
-    if is_internal:
-        internal += 1
-        internal_found += hit is not None
+    hit = any(found(s) for s in [symbol.strip()] + alternatives)
+    if "[internal]" in tag:
+        internal, internal_found = internal + 1, internal_found + hit
+        if not hit:
+            print(f"  not exported [{tag}]: {symbol.strip().replace(STRING, 'std::string')}")
     else:
-        counted += 1
-        counted_found += hit is not None
-    if hit is None:
-        if is_internal:
-            print(f"  not exported [{tag}]: {short(symbol)}")
-        else:
+        counted, counted_found = counted + 1, counted_found + hit
+        if not hit:
             missing += 1
-            print(f"MISSING [{tag}]: {short(symbol)}")
-    elif note and verbose:
-        print(f"  found [{tag}]: {short(symbol)}\n      as {short(hit)} ({note})")
-    elif verbose:
-        print(f"  found [{tag}]: {short(hit)}")
+            print(f"MISSING [{tag}]: {symbol.strip().replace(STRING, 'std::string')}")
 print(f"C++ symbols: {counted_found}/{counted}; [internal] {internal_found}/{internal}")
 sys.exit(1 if missing else 0)
 PY

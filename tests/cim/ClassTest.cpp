@@ -25,6 +25,13 @@ TEST_F(ClassTest, SubclassesShareDeclarationsAndInheritToSubclassQualifiers) {
   Property(*fDisk, "Late", TCIMValue(1u)); // Existing subclasses copied the map earlier.
   EXPECT_EQ(nullptr, fSubDisk->FindPropertyDecl("Late"));
   EXPECT_TRUE(fDisk->FindPropertyDecl("late"));
+
+  EXPECT_ZEL_THROW(fDisk->GetPropertyDecl("Missing"), zelStatusNotFound);
+  fSubDisk->RemovePropertyDecl(fSubDisk->GetPropertyDecl("Size"));
+  EXPECT_EQ(nullptr, fSubDisk->FindPropertyDecl("Size"));
+  EXPECT_TRUE(fDisk->FindPropertyDecl("Size")); // Still shared with the superclass.
+  TCIMPropertyDecl stranger("Size", *fSubDisk, TCIMValue());
+  EXPECT_ZEL_THROW(fSubDisk->RemovePropertyDecl(stranger), zelStatusNotFound);
 }
 
 TEST_F(ClassTest, OverrideRulesLogAndRefuseOrReplaceInTheSubclassOnly) {
@@ -83,7 +90,7 @@ TEST_F(ClassTest, ValidationNeedsATrueKeyUnlessAbstract) {
   EXPECT_EQ((TNames{"Id", "Name"}), child.EnumerateKeyNames());
 }
 
-TEST_F(ClassTest, HierarchyQueries) {
+TEST_F(ClassTest, HierarchyQueriesAndEquality) {
   TCIMClass& tape = KeyedClass(fContainer, "Zel_Tape", fDevice);
   EXPECT_TRUE(fSubDisk->IsSubclassOf(fSubDisk));
   EXPECT_TRUE(fSubDisk->IsSubclassOf(fContainer.GetRootClass()));
@@ -92,9 +99,8 @@ TEST_F(ClassTest, HierarchyQueries) {
 
   EXPECT_EQ((TClasses{fDisk, &tape}), fDevice->EnumerateSubClasses(false));
   EXPECT_EQ((TClasses{fDevice, fDisk, fSubDisk, &tape}), fElement->EnumerateSubClasses(true));
-}
 
-TEST_F(ClassTest, EqualityComparesStoredNamesCaseSensitively) {
+  // Equality compares the stored names, case-sensitively.
   TCIMClass lower(fContainer, "zel_thing", 0), upper(fContainer, "Zel_Thing", 0);
   EXPECT_FALSE(lower == upper);
   EXPECT_TRUE(upper == TCIMClass(fContainer, "Zel_Thing", 0));
@@ -117,15 +123,6 @@ TEST_F(ClassTest, InstancesAreFiledByPath) {
   EXPECT_EQ(1u, fDisk->EnumerateInstances(false).size());
   TCIMInstance loose(fDisk);
   EXPECT_NO_THROW(fDisk->RemoveInstance(loose)); // An absent path does nothing.
-}
-
-TEST_F(ClassTest, PropertyDeclarationLookups) {
-  EXPECT_ZEL_THROW(fDisk->GetPropertyDecl("Missing"), zelStatusNotFound);
-  fSubDisk->RemovePropertyDecl(fSubDisk->GetPropertyDecl("Size"));
-  EXPECT_EQ(nullptr, fSubDisk->FindPropertyDecl("Size"));
-  EXPECT_TRUE(fDisk->FindPropertyDecl("Size")); // Still shared with the superclass.
-  TCIMPropertyDecl stranger("Size", *fSubDisk, TCIMValue());
-  EXPECT_ZEL_THROW(fSubDisk->RemovePropertyDecl(stranger), zelStatusNotFound);
 }
 
 TEST_F(ClassTest, ReferencesAndAssociatorsFindTheAssociationClasses) {

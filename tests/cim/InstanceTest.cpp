@@ -13,7 +13,7 @@ protected:
   TCIMClass& fMixed;
 };
 
-TEST_F(InstanceTest, HoldsOnePropertyPerDeclarationAndIsStamped) {
+TEST_F(InstanceTest, HoldsOnePropertyPerDeclarationIsStampedAndSetByName) {
   TCIMInstance disk(fDisk);
   EXPECT_EQ((TNames{"Caption", "DateTimeOfCollection", "Name", "Size"}),
             Names(disk.EnumerateProperties()));
@@ -25,10 +25,8 @@ TEST_F(InstanceTest, HoldsOnePropertyPerDeclarationAndIsStamped) {
   EXPECT_ZEL_THROW(device.GetProperty("DateTimeOfCollection"), zelStatusNotFound);
   EXPECT_ZEL_THROW(device.SetPropertyValue("Missing", TCIMValue(1u)), zelStatusNotFound);
   EXPECT_ZEL_THROW((void)TCIMInstance(device, *fDevice), zelStatusNotImplemented);
-}
 
-TEST_F(InstanceTest, SettersReachTheNamedProperty) {
-  TCIMInstance device(fDevice);
+  // The setters reach the named property.
   device.SetPrevPropertyValue("CAPTION", TCIMValue("old"));
   EXPECT_EQ("old", static_cast<std::string>(device.GetProperty("Caption").GetPrevValue()));
   device.SetPrevPropertyValue("caption");

@@ -11,7 +11,7 @@ protected:
   TCIMPropertyDecl *fCount, *fBytes, *fTarget;
 };
 
-TEST_F(PropertyTest, DefaultUntilAValueIsSet) {
+TEST_F(PropertyTest, DefaultUntilAValueIsSetPreviousValueUntilOneIsSet) {
   TCIMProperty count(*fCount);
   EXPECT_TRUE(count.GetPropagated());
   EXPECT_EQ(7u, static_cast<unsigned int>(count.GetValue()));
@@ -21,10 +21,9 @@ TEST_F(PropertyTest, DefaultUntilAValueIsSet) {
   EXPECT_EQ(7u, static_cast<unsigned int>(fCount->GetValue())); // The default is untouched.
   // A NULL array default still makes an array property.
   EXPECT_EQ(T::kUint8 | T::kArray, TCIMProperty(*fBytes).GetType());
-}
 
-TEST_F(PropertyTest, PreviousValueStates) {
-  TCIMProperty count(*fCount, TCIMValue(9u));
+  // The previous value is the value until one is set.
+  count = TCIMProperty(*fCount, TCIMValue(9u));
   EXPECT_FALSE(count.IsPrevValueDifferent());
   EXPECT_EQ(9u, static_cast<unsigned int>(count.GetPrevValue())); // Same as the value.
   count.SetPrevValue(TCIMValue(3u));
@@ -69,7 +68,7 @@ TEST_F(PropertyTest, ReferencesMustPointAtTheDeclaredClassOrBelow) {
                 "references Zel_Device");
 }
 
-TEST_F(PropertyTest, CopiesAreDeep) {
+TEST_F(PropertyTest, CopiesAreDeepComparisonByNameThenOwnValue) {
   TCIMProperty count(*fCount, TCIMValue(9u));
   count.SetPrevValue(TCIMValue(3u));
   TCIMProperty copy(count), assigned(*fCount);
@@ -81,10 +80,9 @@ TEST_F(PropertyTest, CopiesAreDeep) {
   EXPECT_EQ(3u, static_cast<unsigned int>(count.GetPrevValue()));
   EXPECT_EQ(3u, static_cast<unsigned int>(copy.GetPrevValue()));
   EXPECT_EQ(9u, static_cast<unsigned int>(assigned.GetValue()));
-}
 
-TEST_F(PropertyTest, ComparesByNameThenOwnValue) {
-  TCIMProperty nine(*fCount, TCIMValue(9u));
+  // Comparison goes by name, then by the own value only.
+  TCIMProperty& nine = count;
   TCIMProperty three(*fCount, TCIMValue(3u));
   TCIMProperty second(Property(*fSystem, "COUNT2", TCIMValue(0u)), TCIMValue(1u));
   EXPECT_TRUE(nine == TCIMProperty(*fCount, TCIMValue(9u)));

@@ -7,7 +7,7 @@ protected:
   TContainer fContainer;
 };
 
-TEST_F(QualifierTest, DeclarationFlavorsAndType) {
+TEST_F(QualifierTest, DeclarationFlavorsTypeAndUncheckedScope) {
   TCIMQualifierDecl empty(fContainer);
   EXPECT_TRUE(empty.GetName().empty() && empty.GetScope() == 0 && empty.GetFlavor() == 0);
   EXPECT_NO_THROW(empty.Validate());
@@ -21,6 +21,11 @@ TEST_F(QualifierTest, DeclarationFlavorsAndType) {
   EXPECT_EQ(D::eToSubclass, units.GetFlavor());
   units.SetValue(TCIMValue("Bytes"));
   EXPECT_EQ(T::kString, units.GetType());
+
+  // The scope is never checked: a class qualifier may qualify a property.
+  ASSERT_EQ(D::eClass, Declare(fContainer, "ClassOnly", TCIMValue(true), 0).GetScope());
+  TCIMClass cls(fContainer, "Zel_Holder", 0);
+  EXPECT_NO_THROW(Qualify(Property(cls, "Name", TCIMValue("")), fContainer, "ClassOnly", true));
 }
 
 TEST_F(QualifierTest, DeclarationsCompareByNormalisedNameOnly) {
@@ -96,10 +101,4 @@ TEST_F(QualifierTest, ClassesAndPropertyDeclarationsApplyTheOverrideRule) {
     EXPECT_ZEL_THROW(holder->GetQualifier("KEY"), zelStatusNotFound);
     EXPECT_ZEL_THROW(holder->RemoveQualifier(probe), zelStatusNotFound);
   }
-}
-
-TEST_F(QualifierTest, ScopeIsNeverChecked) {
-  ASSERT_EQ(D::eClass, Declare(fContainer, "ClassOnly", TCIMValue(true), 0).GetScope());
-  TCIMClass cls(fContainer, "Zel_Holder", 0);
-  EXPECT_NO_THROW(Qualify(Property(cls, "Name", TCIMValue("")), fContainer, "ClassOnly", true));
 }

@@ -35,7 +35,7 @@ protected:
   TCIMClass* fFoo;
 };
 
-TEST_F(ReferenceTest, PathTextQuotesEveryValueInKeyOrder) {
+TEST_F(ReferenceTest, PathTextQuotesEveryValueInKeyOrderResolvesComparesAndCopies) {
   TCIMReference path = FooPath("a", 3);
   EXPECT_EQ("Foo.Id=\"3\",Name=\"a\"", path.GetPath());
   path.AddKeyValue("Name", TCIMValue("b")); // The first binding is kept.
@@ -44,6 +44,21 @@ TEST_F(ReferenceTest, PathTextQuotesEveryValueInKeyOrder) {
   bare.SetClass(*fFoo);
   EXPECT_EQ("Foo", bare.GetPath());
   EXPECT_EQ(fFoo, bare.GetCIMElement());
+
+  TCIMInstance& instance = AddFoo("a", 3);
+  TCIMReference a3 = FooPath("a", 3);
+  EXPECT_EQ(&instance, a3.GetCIMElement());
+  TCIMReference a4 = FooPath("a", 4);
+  EXPECT_ZEL_THROW(a4.GetCIMElement(), zelStatusNotFound);
+
+  EXPECT_TRUE(a3 == FooPath("a", 3));
+  EXPECT_TRUE(!(a3 == a4) && a3 < a4 && !(a4 < a3));
+  TCIMReference system(&fContainer);
+  system.SetClass(*fSystem);
+  EXPECT_EQ(fFoo < fSystem, a3 < system); // Classes order by identity.
+  TCIMReference copy(a3);
+  copy.Clear();
+  EXPECT_EQ("Foo.Id=\"3\",Name=\"a\"", a3.GetPath());
 }
 
 TEST_F(ReferenceTest, BuildingOrderIsEnforced) {
@@ -78,23 +93,6 @@ TEST_F(ReferenceTest, BuildingOrderIsEnforced) {
   path.SetContainer(&fContainer);
   path.SetClassName("FOO");
   EXPECT_EQ("Foo", path.GetPath());
-}
-
-TEST_F(ReferenceTest, ResolvesComparesAndCopies) {
-  TCIMInstance& instance = AddFoo("a", 3);
-  TCIMReference a3 = FooPath("a", 3);
-  EXPECT_EQ(&instance, a3.GetCIMElement());
-  TCIMReference a4 = FooPath("a", 4);
-  EXPECT_ZEL_THROW(a4.GetCIMElement(), zelStatusNotFound);
-
-  EXPECT_TRUE(a3 == FooPath("a", 3));
-  EXPECT_TRUE(!(a3 == a4) && a3 < a4 && !(a4 < a3));
-  TCIMReference system(&fContainer);
-  system.SetClass(*fSystem);
-  EXPECT_EQ(fFoo < fSystem, a3 < system); // Classes order by identity.
-  TCIMReference copy(a3);
-  copy.Clear();
-  EXPECT_EQ("Foo.Id=\"3\",Name=\"a\"", a3.GetPath());
 }
 
 TEST_F(ReferenceTest, ReferenceValuesResolveFirst) {

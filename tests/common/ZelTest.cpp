@@ -53,17 +53,11 @@ void ZelTest::TearDown() {
     nftw(fTempDir.c_str(), RemoveEntry, 16, FTW_DEPTH | FTW_PHYS);
 }
 
-std::vector<std::string> ZelTest::LogLines() const {
+std::vector<std::string> ZelTest::LoggedLines() const {
   std::vector<std::string> lines;
   std::ifstream in(fLogPath.c_str());
-  std::string line;
-  while (std::getline(in, line))
+  for (std::string line; std::getline(in, line);)
     lines.push_back(line);
-  return lines;
-}
-
-std::vector<std::string> ZelTest::LoggedLines() const {
-  std::vector<std::string> lines = LogLines();
   if (!lines.empty() && lines.front() == "-- VOK Log Opened ----------------------------")
     lines.erase(lines.begin());
   return lines;
@@ -94,15 +88,6 @@ std::string ZelTest::ReadFile(std::string const& path) {
   return ::testing::AssertionFailure() << "expected the log line\n    " << text
                                        << "\nthe log holds\n"
                                        << JoinLines(lines);
-}
-
-::testing::AssertionResult ZelNotLoggedFormat(char const*, char const*,
-                                              std::vector<std::string> const& lines,
-                                              std::string const& text) {
-  for (std::string const& line : lines)
-    if (line == text)
-      return ::testing::AssertionFailure() << "unexpected log line\n    " << text;
-  return ::testing::AssertionSuccess();
 }
 
 ::testing::AssertionResult ZelStatusFormat(char const* actualExpr, char const* expectedExpr,

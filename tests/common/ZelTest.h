@@ -20,9 +20,7 @@ protected:
   void SetUp() override;
   void TearDown() override;
 
-  /// The lines of this test's log file, banners included, without line ends.
-  std::vector<std::string> LogLines() const;
-  /// The log file's lines after the opening banner.
+  /// The lines of this test's log file after the opening banner, without line ends.
   std::vector<std::string> LoggedLines() const;
   /// A path inside this test's temporary directory.
   std::string TempPath(std::string const& name) const;
@@ -36,8 +34,6 @@ protected:
 /// Passes when some line of the test's log file is exactly the given text.
 #define EXPECT_LOGGED(text)                                                                 \
   EXPECT_PRED_FORMAT2(::ZelLoggedFormat, LoggedLines(), std::string(text))
-#define EXPECT_NOT_LOGGED(text)                                                             \
-  EXPECT_PRED_FORMAT2(::ZelNotLoggedFormat, LoggedLines(), std::string(text))
 
 /// Compares status codes and prints their names on failure.
 #define EXPECT_ZEL_STATUS(expr, code)                                                       \
@@ -59,9 +55,6 @@ protected:
 ::testing::AssertionResult ZelLoggedFormat(char const*, char const*,
                                            std::vector<std::string> const& lines,
                                            std::string const& text);
-::testing::AssertionResult ZelNotLoggedFormat(char const*, char const*,
-                                              std::vector<std::string> const& lines,
-                                              std::string const& text);
 ::testing::AssertionResult ZelStatusFormat(char const* actualExpr, char const* expectedExpr,
                                            zelStatusCode actual, zelStatusCode expected);
 

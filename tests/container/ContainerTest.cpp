@@ -9,7 +9,7 @@ protected:
   TContainer fContainer;
 };
 
-TEST_F(ContainerTest, NormalizeNameLowersAndValidates) {
+TEST_F(ContainerTest, NormalizeNameLowersAndValidatesTheRootHasTheEmptyName) {
   EXPECT_EQ("_cim_x9", TContainerImpl::NormalizeName("_CIM_X9"));
   EXPECT_EQ("", TContainerImpl::NormalizeName(""));
   for (const char* name : {"1abc", "a-b"}) {
@@ -17,9 +17,8 @@ TEST_F(ContainerTest, NormalizeNameLowersAndValidates) {
     EXPECT_ZEL_THROW(TContainerImpl::NormalizeName(name), zelStatusInvalidCIMName);
     EXPECT_LOGGED(std::string("ZEL_Core: [Error] CIM name '") + name + "' is invalid");
   }
-}
 
-TEST_F(ContainerTest, RootClassIsReachedOnlyByTheEmptyName) {
+  // The root class is reached only by the empty name.
   TCIMClass* root = fContainer.GetRootClass();
   EXPECT_EQ("<root>", root->GetName());
   EXPECT_EQ(root, fContainer.GetClass(""));
@@ -30,11 +29,12 @@ TEST_F(ContainerTest, RootClassIsReachedOnlyByTheEmptyName) {
 }
 
 TEST_F(ContainerTest, NamesAreKeyedNormalisedAndDuplicatesLoggedAtDebug) {
+  EXPECT_TRUE(fContainer.EnumerateQualifiers().empty());
   Declare(fContainer, "Key", TCIMValue(false), 0);
   TCIMQualifierDecl* again =
       fContainer.AllocateQualifierDecl("KEY", TCIMValue(true), D::eProperty, Flavors(0));
   EXPECT_ZEL_THROW(again->AddToContainer(), zelStatusAlreadyExists);
-  EXPECT_NOT_LOGGED("ZEL_Core: [Debug] TContainer: qualifier KEY already defined");
+  EXPECT_TRUE(LoggedLines().empty()); // The duplicate is told only at debug.
   TRootObject::GetCoreLogger()->SetLogThreshold(zelLogDebug);
   EXPECT_ZEL_THROW(fContainer.AddQualifierDecl(*again), zelStatusAlreadyExists);
   EXPECT_LOGGED("ZEL_Core: [Debug] TContainer: qualifier KEY already defined");
@@ -50,11 +50,8 @@ TEST_F(ContainerTest, NamesAreKeyedNormalisedAndDuplicatesLoggedAtDebug) {
   EXPECT_LOGGED("ZEL_Core: [Debug] TContainer: class cim_SYSTEM already defined");
   EXPECT_EQ(system, fContainer.FindClass("CIM_System")); // The registered one stays.
   delete other; // Refused: still the caller's.
-}
 
-TEST_F(ContainerTest, QualifierDeclarationsEnumerateInNormalisedOrder) {
-  EXPECT_TRUE(fContainer.EnumerateQualifiers().empty());
-  Declare(fContainer, "Key", TCIMValue(false), 0);
+  // Qualifier declarations enumerate in normalised order.
   Declare(fContainer, "ABSTRACT", TCIMValue(false), 0);
   Declare(fContainer, "description", TCIMValue(""), 0);
   std::vector<TCIMQualifierDecl*> decls = fContainer.EnumerateQualifiers();

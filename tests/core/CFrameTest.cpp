@@ -62,50 +62,40 @@ TEST_F(CFrameTest, NullArgumentsAreLoggedAndRefused) {
   zelCIMValueArray* array = 0;
   ASSERT_EQ(zelNewCIMValueArray(&array), zelStatusOK);
   ASSERT_EQ(zelNewCIMDateTime(&dt), zelStatusOK);
-  zelStatusCode const refused[] = {
-      zelNewCIMValueArray(0),          zelDeleteCIMValueArray(0),
-      zelArrayAddBoolean(0, 1),        zelArrayAddUint8(0, 1),
-      zelArrayAddSint8(0, 1),          zelArrayAddUint16(0, 1),
-      zelArrayAddSint16(0, 1),         zelArrayAddUint32(0, 1),
-      zelArrayAddSint32(0, 1),         zelArrayAddUint64(0, 1),
-      zelArrayAddSint64(0, 1),         zelArrayAddString(0, "x"),
-      zelArrayAddDateTime(0, &when),   zelArrayAddString(array, 0),
-      zelArrayAddDateTime(array, 0),   zelNewCIMDateTime(0),
-      zelGetLocalTime(0),              zelDeleteCIMDateTime(0),
-      zelSetDateTime(0, 2003, 11, 7, 15, 30, 0, 0, 0),
-      zelSetDateTimeInterval(0, 1, 0, 0, 0, 0),
-      zelSetDateTimeString(0, "20031107153000.000000-300"),
-      zelSetDateTimeString(dt, 0)};
-  for (zelStatusCode code : refused)
-    EXPECT_ZEL_STATUS(code, zelStatusFail);
+  std::pair<zelStatusCode, char const*> const rows[] = {
+      {zelNewCIMValueArray(0), "zelNewCIMValueArray: NULL array parameter"},
+      {zelDeleteCIMValueArray(0), "zelDeleteCIMValueArray: NULL array parameter"},
+      {zelArrayAddBoolean(0, 1), "zelArrayAddBoolean: NULL array parameter"},
+      {zelArrayAddUint8(0, 1), "zelArrayAddUint8: NULL array parameter"},
+      {zelArrayAddSint8(0, 1), "zelArrayAddUint8: NULL array parameter"}, // Uint8's text.
+      {zelArrayAddUint16(0, 1), "zelArrayAddUint16: NULL array parameter"},
+      {zelArrayAddSint16(0, 1), "zelArrayAddSint16: NULL array parameter"},
+      {zelArrayAddUint32(0, 1), "zelArrayAddUint32: NULL array parameter"},
+      {zelArrayAddSint32(0, 1), "zelArrayAddSint32: NULL array parameter"},
+      {zelArrayAddUint64(0, 1), "zelArrayAddUint64: NULL array parameter"},
+      {zelArrayAddSint64(0, 1), "zelArrayAddSint64: NULL array parameter"},
+      {zelArrayAddString(0, "x"), "zelArrayAddString: NULL array and/or value parameter"},
+      {zelArrayAddDateTime(0, &when), "zelArrayAddDateTime: NULL array and/or value parameter"},
+      {zelArrayAddString(array, 0), "zelArrayAddString: NULL array and/or value parameter"},
+      {zelArrayAddDateTime(array, 0), "zelArrayAddDateTime: NULL array and/or value parameter"},
+      {zelNewCIMDateTime(0), "zelNewCIMDateTime: NULL datetime parameter"},
+      {zelGetLocalTime(0), "zelGetLocalTime: NULL datetime "},
+      {zelDeleteCIMDateTime(0), "zelDeleteCIMDateTime: NULL datetime parameter"},
+      {zelSetDateTime(0, 2003, 11, 7, 15, 30, 0, 0, 0), "zelSetDateTime: NULL datetime parameter"},
+      {zelSetDateTimeInterval(0, 1, 0, 0, 0, 0), "zelSetDateTimeInterval: NULL datetime parameter"},
+      {zelSetDateTimeString(0, "20031107153000.000000-300"),
+       "zelSetDateTimeString: NULL datetime and/or str parameter"},
+      {zelSetDateTimeString(dt, 0), "zelSetDateTimeString: NULL datetime and/or str parameter"}};
+  std::vector<std::string> expected;
+  for (auto const& row : rows) {
+    EXPECT_ZEL_STATUS(row.first, zelStatusFail) << row.second;
+    expected.push_back(std::string("ZEL_Core: [Error] ") + row.second);
+  }
+  EXPECT_EQ(LoggedLines(), expected); // One line each, in order.
   EXPECT_TRUE(array->fValues.empty());
   EXPECT_TRUE(dt->IsNull());
   EXPECT_ZEL_STATUS(zelDeleteCIMValueArray(array), zelStatusOK);
   EXPECT_ZEL_STATUS(zelDeleteCIMDateTime(dt), zelStatusOK);
-
-  // Each line is "ZEL_Core: [Error] " and the function's own text.
-  std::vector<std::string> expected = {
-      "zelNewCIMValueArray: NULL array parameter",
-      "zelDeleteCIMValueArray: NULL array parameter",
-      "zelArrayAddBoolean: NULL array parameter",
-      "zelArrayAddUint8: NULL array parameter",
-      "zelArrayAddUint8: NULL array parameter", // Sint8 keeps the Uint8 text.
-      "zelArrayAddUint16: NULL array parameter", "zelArrayAddSint16: NULL array parameter",
-      "zelArrayAddUint32: NULL array parameter", "zelArrayAddSint32: NULL array parameter",
-      "zelArrayAddUint64: NULL array parameter", "zelArrayAddSint64: NULL array parameter",
-      "zelArrayAddString: NULL array and/or value parameter",
-      "zelArrayAddDateTime: NULL array and/or value parameter",
-      "zelArrayAddString: NULL array and/or value parameter",
-      "zelArrayAddDateTime: NULL array and/or value parameter",
-      "zelNewCIMDateTime: NULL datetime parameter", "zelGetLocalTime: NULL datetime ",
-      "zelDeleteCIMDateTime: NULL datetime parameter", "zelSetDateTime: NULL datetime parameter",
-      "zelSetDateTimeInterval: NULL datetime parameter",
-      "zelSetDateTimeString: NULL datetime and/or str parameter",
-      "zelSetDateTimeString: NULL datetime and/or str parameter",
-  };
-  for (std::string& line : expected)
-    line = "ZEL_Core: [Error] " + line;
-  EXPECT_EQ(LoggedLines(), expected);
 }
 
 TEST_F(CFrameTest, DateTimeFunctionsSetAndReportTheCaughtCode) {

@@ -254,7 +254,7 @@ TEST_F(ValueTest, EqualityAndOrderGoByNullThenTypeThenBody) {
   EXPECT_FALSE(nan <= half);
 }
 
-TEST_F(ValueTest, CopiesAreDeepUnlessTheSourceIsEqual) {
+TEST_F(ValueTest, CopiesAreDeepUnlessTheSourceIsEqualAndMayComeFromTheOwnElements) {
   TCIMValue original(T::kString, 0, Elements({"a", "b"}));
   TCIMValue copy(original), assigned;
   assigned = original;
@@ -286,9 +286,8 @@ TEST_F(ValueTest, CopiesAreDeepUnlessTheSourceIsEqual) {
   EXPECT_ZEL_THROW(TCIMValue copy(charValue), zelStatusTypeMismatch);
   TCIMValue charArray(T::kChar, 2);
   EXPECT_EQ(TCIMValue(charArray).GetMaxArraySize(), 2u); // An array copies its bound only.
-}
 
-TEST_F(ValueTest, AValueCanBeSetFromItsOwnElements) {
+  // A value can be set from its own elements.
   TCIMValue value(T::kUint8, 0, Elements({U8(1), U8(2)}));
   value.Set(T::kUint8, 5, static_cast<std::vector<TCIMValue>&>(value));
   EXPECT_EQ(value.ToString(10), "{ 1, 2 }");

@@ -1,13 +1,7 @@
 // The examined system's identity read from collected data built in memory, the way a
 // collection run leaves it.
-#include "ZelTest.h"
-
-#include "TCIMClass.h"
-#include "TCIMInstance.h"
-#include "TCIMPropertyDecl.h"
-#include "TCIMQualifier.h"
+#include "SchemaHelpers.h"
 #include "TCIMSchemaHelper.h"
-#include "TContainer.h"
 #include "TLogger.h"
 
 #include <gmock/gmock.h>
@@ -21,17 +15,14 @@ typedef std::vector<std::pair<std::string, TCIMValue> > TValues;
 
 class SchemaHelperTest : public ZelTest {
 protected:
+  SchemaHelperTest() { Declare(fContainer, "KEY", TCIMValue(false), D::eToSubclass); }
+
   /// A class with properties of the values' names and types, the first one its key.
   TCIMClass* AddClass(std::string const& name, TValues const& values,
                       TCIMClass* superclass = nullptr) {
     TCIMClass* cls = fContainer.AllocateClass(name, superclass);
-    for (auto const& value : values) {
-      TCIMPropertyDecl* decl =
-          new TCIMPropertyDecl(value.first, *cls, TCIMValue(value.second.GetType(), 0));
-      if (&value == &values.front())
-        decl->AddQualifier(*new TCIMQualifier(fKey, TCIMValue(true)));
-      decl->AddToContainer();
-    }
+    for (auto const& value : values)
+      Property(*cls, value.first, TCIMValue(value.second.GetType(), 0), &value == &values.front());
     cls->AddToContainer();
     return cls;
   }
@@ -53,8 +44,6 @@ protected:
   }
 
   TContainer fContainer;
-  TCIMQualifierDecl fKey{fContainer, "KEY", TCIMValue(false), TCIMQualifierDecl::eProperty,
-                         TCIMQualifierDecl::eToSubclass};
 };
 
 } // namespace
@@ -148,22 +137,25 @@ TEST_F(SchemaHelperTest, MissingComputerSystemOrPropertyIsLoggedAtDebug) {
 
 TEST_F(SchemaHelperTest, ProductNameAndSerialMustBeStrings) {
   TLogger::GetInstance()->SetLogThreshold(zelLogDebug);
-  AddComputerSystem(TCIMValue(TCIMValue::TCIMType::kString, 0), TCIMValue(1234567u));
-  EXPECT_ZEL_THROW(TCIMSchemaHelper::GetMTM(&fContainer), zelStatusNotFound);
-  EXPECT_ZEL_THROW(TCIMSchemaHelper::GetSerialNumber(&fContainer), zelStatusNotFound);
-  EXPECT_THAT(LoggedLines(),
-              ElementsAre("ZEL_Core: [Debug] TCIMSchemaHelper: ProductName is NULL",
-                          "ZEL_Core: [Debug] TCIMSchemaHelper: SerialNumber wasn't a string"));
-}
-
-TEST_F(SchemaHelperTest, ProductNameAndSerialMustBeStringsTheOtherWayRound) {
-  TLogger::GetInstance()->SetLogThreshold(zelLogDebug);
-  AddComputerSystem(TCIMValue(1u), TCIMValue(TCIMValue::TCIMType::kString, 0));
-  EXPECT_ZEL_THROW(TCIMSchemaHelper::GetRawMTMString(&fContainer), zelStatusNotFound);
-  EXPECT_ZEL_THROW(TCIMSchemaHelper::GetRawSerialNumberString(&fContainer), zelStatusNotFound);
-  EXPECT_THAT(LoggedLines(),
-              ElementsAre("ZEL_Core: [Debug] TCIMSchemaHelper: ProductName wasn't a string",
-                          "ZEL_Core: [Debug] TCIMSchemaHelper: SerialNumber is NULL"));
+  TCIMValue const nullText(T::kString, 0);
+  struct {
+    TCIMValue productName, serialNumber;
+    char const *productLine, *serialLine;
+  } const rows[] = {{nullText, TCIMValue(1234567u), "ProductName is NULL",
+                     "SerialNumber wasn't a string"},
+                    {TCIMValue(1u), nullText, "ProductName wasn't a string", "SerialNumber is NULL"}};
+  std::vector<std::string> expected;
+  for (auto const& row : rows) {
+    TCIMInstance* system = AddComputerSystem(row.productName, row.serialNumber);
+    EXPECT_ZEL_THROW(TCIMSchemaHelper::GetRawMTMString(&fContainer), zelStatusNotFound);
+    EXPECT_ZEL_THROW(TCIMSchemaHelper::GetMTM(&fContainer), zelStatusNotFound);
+    EXPECT_ZEL_THROW(TCIMSchemaHelper::GetRawSerialNumberString(&fContainer), zelStatusNotFound);
+    EXPECT_ZEL_THROW(TCIMSchemaHelper::GetSerialNumber(&fContainer), zelStatusNotFound);
+    for (char const* line : {row.productLine, row.productLine, row.serialLine, row.serialLine})
+      expected.push_back(std::string("ZEL_Core: [Debug] TCIMSchemaHelper: ") + line);
+    fContainer.RemoveClass(system->GetClass()); // The next row declares the class afresh.
+  }
+  EXPECT_EQ(LoggedLines(), expected);
 }
 
 TEST_F(SchemaHelperTest, SerialNumberIsSevenAlphanumericsBeforeTrailingBlanks) {

@@ -5,24 +5,16 @@
 
 #include <gmock/gmock.h>
 
-#include <climits>
 #include <cstdlib>
+#include <filesystem>
 
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 class UploadTest : public ZelTest {
 protected:
-  static std::string Self() {
-    char self[PATH_MAX] = {};
-    EXPECT_GT(::readlink("/proc/self/exe", self, sizeof self - 1), 0);
-    return self;
-  }
-
-  // Runs one OsChild test of this binary in a child with the environment given.
-  static int RunChild(const std::vector<std::string>& command, std::string& output) {
-    return TOSSpecific::SpawnProcess("env", command, output);
-  }
+  // Runs one OsChild test of this binary through env, with the environment given.
+  std::string const fSelf = std::filesystem::read_symlink("/proc/self/exe");
 };
 
 // The children: registered only when a parent test starts this binary with ZEL_OS_CHILD, so a
@@ -93,32 +85,30 @@ TEST_F(UploadTest, ToARealServerOnlyAStoredFileSucceeds) {
   for (const auto& row : kRows) {
     SCOPED_TRACE(row.fCase);
     std::string root = TempPath(std::string("site-") + row.fServer + (row.fDirectory ? "" : "-bare"));
-    if (row.fDirectory) {
-      ASSERT_EQ(std::system(("mkdir -p " + root + kDirectory).c_str()), 0);
-    }
+    if (row.fDirectory)
+      ASSERT_TRUE(std::filesystem::create_directories(root + kDirectory));
     std::string output;
-    int status = RunChild({"ZEL_OS_CHILD=1", std::string("ZEL_UPLOAD_CASE=") + row.fCase,
-                           std::string("ZEL_UPLOAD_REASON=") + row.fReason, "bash",
-                           ZEL_FTP_SITE, row.fServer, root, Self(),
-                           "--gtest_filter=OsChild.UploadToSite"},
-                          output);
-    if (status == 77)
+    int status = TOSSpecific::SpawnProcess(
+        "env", {"ZEL_OS_CHILD=1", std::string("ZEL_UPLOAD_CASE=") + row.fCase,
+                std::string("ZEL_UPLOAD_REASON=") + row.fReason, "bash", ZEL_FTP_SITE, row.fServer,
+                root, fSelf, "--gtest_filter=OsChild.UploadToSite"},
+        output);
+    if (status == 77 << 8) // A wait status: ftp_site.sh exits 77.
       GTEST_SKIP() << "no private network and mount namespace can be made here (unshare "
                       "--net --mount): the uploads to a real server were not tested";
     EXPECT_EQ(status, 0) << output;
     EXPECT_THAT(output, HasSubstr("[       OK ] OsChild.UploadToSite")) << output;
-    if (std::string(row.fCase) == "stored") {
+    if (std::string(row.fCase) == "stored")
       EXPECT_EQ(TOSSpecific::CaptureFile(root + kDirectory + "host-20261123T101500.xml.gz"),
                 std::string("\x1f\x8b\0\xff result", 10));
-    }
   }
 }
 
 TEST_F(UploadTest, WithoutLibcurlTheUploadFailsAlone) {
   std::string output;
-  int status = RunChild({"ZEL_OS_CHILD=1", std::string("LD_AUDIT=") + ZEL_OS_HIDE_CURL, Self(),
-                         "--gtest_filter=OsChild.UploadWithoutCurl"},
-                        output);
+  int status = TOSSpecific::SpawnProcess(
+      "env", {"ZEL_OS_CHILD=1", std::string("LD_AUDIT=") + ZEL_OS_HIDE_CURL, fSelf,
+              "--gtest_filter=OsChild.UploadWithoutCurl"}, output);
   EXPECT_EQ(status, 0) << output;
   EXPECT_THAT(output, HasSubstr("[       OK ] OsChild.UploadWithoutCurl"));
 }

@@ -30,7 +30,7 @@ TEST_F(PluginBindingTest, IdentityIsAskedAfreshEachTime) {
 TEST_F(PluginBindingTest, HandlePathAndLogNameOfThePlugin) {
   LoadPlugins({"computersystem"});
   IPlugin* plugin = Plugin("KAPLA_ComputerSystem");
-  TCPluginCallbacks* self = Callbacks(plugin);
+  TCPluginCallbacks* self = dynamic_cast<TCPluginCallbacks*>(plugin->GetCallbacks());
   IPlugin* handle = nullptr;
   EXPECT_ZEL_STATUS(zelGetHandle(self, &handle), zelStatusOK);
   EXPECT_EQ(handle, plugin);
@@ -44,9 +44,16 @@ TEST_F(PluginBindingTest, HandlePathAndLogNameOfThePlugin) {
   EXPECT_LOGGED("ZEL_KAPLA_ComputerSystem: [Warning] fan speed low");
 }
 
-TEST_F(PluginBindingTest, StatusesBecomeExceptions) {
+TEST_F(PluginBindingTest, PluginWhoseInitFailsStaysWithoutClassesItsStatusesBecomeExceptions) {
   LoadPlugins({"badinit"});
   IPlugin* plugin = Plugin("KAPLA_BadInit");
+  ASSERT_NE(plugin, nullptr);
+  EXPECT_FALSE(plugin->IsInitialized());
+  EXPECT_ZEL_THROW(plugin->GetClassesCollected(), zelStatusFail);
+  EXPECT_EQ(fSchema->FindClass("KAPLA_BadInit"), nullptr); // Its document was not read.
+  EXPECT_LOGGED("ZEL_KAPLA_BadInit: [Status] Init fails");
+  EXPECT_THAT(LinesWith("[Error]"), IsEmpty());
+
   IPluginCallbacks* callbacks = plugin->GetCallbacks();
   EXPECT_ZEL_THROW(callbacks->Init(), zelStatusNotImplemented);
   EXPECT_ZEL_THROW(plugin->Initialize(), zelStatusNotImplemented);
@@ -58,4 +65,3 @@ TEST_F(PluginBindingTest, StatusesBecomeExceptions) {
   EXPECT_NO_THROW(callbacks->PrepareForUnload());
   fManager->GetPluginsContainer().clear(); // Its callbacks are gone.
 }
-

@@ -22,6 +22,7 @@
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::UnorderedElementsAre;
 
 class PluginTest : public ZelTest {
 protected:
@@ -86,10 +87,6 @@ protected:
     IPlugin* plugin = fManager->SearchForPluginByName(name);
     EXPECT_NE(plugin, nullptr) << name << " is not registered";
     return plugin;
-  }
-
-  static TCPluginCallbacks* Callbacks(IPlugin* plugin) {
-    return dynamic_cast<TCPluginCallbacks*>(plugin->GetCallbacks());
   }
 
   std::vector<TCIMInstance*> Instances(std::string const& className) {

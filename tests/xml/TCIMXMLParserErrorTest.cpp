@@ -1,8 +1,6 @@
 // Malformed CIM-XML documents: one row per failure, with the status and the exact log lines.
 #include "cimxml_helpers.h"
 
-#include "ZelTest.h"
-
 #include "ILogger.h"
 #include "TRootObject.h"
 
@@ -124,14 +122,6 @@ TEST_F(CIMXMLParserErrorTest, EachMalformedDocumentLogsItsLineAndStops) {
     EXPECT_EQ(LoggedLines(), row.lines);
     EXPECT_EQ(disk->EnumerateInstances(false).size(), 1u);  // nothing half-built was added
   }
-}
-
-TEST_F(CIMXMLParserErrorTest, AMultiReqOfThreeRequestsIsAccepted) {
-  TContainer container;
-  std::string request = kCreate + "</IMETHODCALL></SIMPLEREQ>";
-  ParseInto(container, kMessage + "<MULTIREQ>" + request + request + request +
-                           "</MULTIREQ></MESSAGE></CIM>");
-  EXPECT_TRUE(LoggedLines().empty());
 }
 
 } // namespace

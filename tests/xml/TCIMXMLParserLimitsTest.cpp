@@ -1,8 +1,6 @@
 // The CIM-XML parser at the edges of size: deep nesting, long names and long texts.
 #include "cimxml_helpers.h"
 
-#include "ZelTest.h"
-
 namespace {
 
 class CIMXMLParserLimitsTest : public ZelTest {};

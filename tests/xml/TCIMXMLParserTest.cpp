@@ -1,14 +1,12 @@
 // The CIM-XML parser over hand-written documents: what each element builds in the container.
 #include "cimxml_helpers.h"
 
-#include "ZelTest.h"
-
-
 typedef std::vector<std::string> TNames;
 
+// Every test starts from the qualifier declarations that the documents use.
 class CIMXMLParserTest : public ZelTest {
 protected:
-  void LoadQualifiers() { ParseInto(fContainer, DataText("qualifier-declarations.xml")); }
+  CIMXMLParserTest() { ParseInto(fContainer, DataText("qualifier-declarations.xml")); }
 
   TCIMValue Value(char const* cls, std::string const& key, char const* property) {
     std::vector<TCIMInstance*> instances = fContainer.GetClass(cls)->EnumerateInstances(false);
@@ -23,6 +21,7 @@ protected:
 };
 
 TEST_F(CIMXMLParserTest, QualifierDeclarationsKeepTypeDefaultScopeAndFlavor) {
+  // Read a second time: declarations, repeated ones too, collect no class and change nothing.
   EXPECT_TRUE(ParseInto(fContainer, DataText("qualifier-declarations.xml")).empty());
   // MaxLen: PROPERTY="false" still scopes to properties; the repeated declaration was ignored.
   EXPECT_EQ(Describe(fContainer), "decl ABSTRACT 1:false scope 3 flavor 0 max 0\n"
@@ -36,7 +35,6 @@ TEST_F(CIMXMLParserTest, QualifierDeclarationsKeepTypeDefaultScopeAndFlavor) {
 }
 
 TEST_F(CIMXMLParserTest, ClassHierarchyInheritsAndOverrides) {
-  LoadQualifiers();
   std::vector<TCIMClass*> classes = ParseInto(fContainer, DataText("class-hierarchy-override.xml"));
   EXPECT_EQ(ClassNames(classes), (TNames{"ZT_ManagedElement", "ZT_System", "ZT_Server"}));
 
@@ -71,7 +69,6 @@ TEST_F(CIMXMLParserTest, ClassHierarchyInheritsAndOverrides) {
 }
 
 TEST_F(CIMXMLParserTest, InstancesCarryScalarArrayDateTimeAndReferenceValues) {
-  LoadQualifiers();
   EXPECT_EQ(ClassNames(ParseInto(fContainer, DataText("instances-properties.xml"))),
             (TNames{"ZT_Disk", "ZT_Volume", "ZT_DiskVolume"}));
 
@@ -100,7 +97,6 @@ TEST_F(CIMXMLParserTest, InstancesCarryScalarArrayDateTimeAndReferenceValues) {
 }
 
 TEST_F(CIMXMLParserTest, KeyValuesBindByNameOrToTheFirstKeyAndMayBeReferences) {
-  LoadQualifiers();
   ParseInto(fContainer, DataText("key-bindings.xml"));
   // The unnamed KEYVALUE went to Number, the class's only key, declared second.
   std::vector<TCIMInstance*> users = fContainer.GetClass("ZT_PortUser")->EnumerateInstances(false);
@@ -114,7 +110,6 @@ TEST_F(CIMXMLParserTest, KeyValuesBindByNameOrToTheFirstKeyAndMayBeReferences) {
 }
 
 TEST_F(CIMXMLParserTest, DeclarationGroupsWithPathsAndNames) {
-  LoadQualifiers();
   std::vector<TCIMClass*> classes = ParseInto(fContainer, DataText("object-paths.xml"));
   EXPECT_EQ(ClassNames(classes), (TNames{"ZT_Fan", "ZT_Sensor", "ZT_Probe"}));
   EXPECT_NE(fContainer.FindQualifierDecl("Version"), nullptr);
@@ -130,7 +125,6 @@ TEST_F(CIMXMLParserTest, DeclarationGroupsWithPathsAndNames) {
 }
 
 TEST_F(CIMXMLParserTest, CreateRequestsRegisterWithoutCollecting) {
-  LoadQualifiers();
   EXPECT_TRUE(ParseInto(fContainer, DataText("request-create.xml")).empty());
   TCIMClass* battery = fContainer.GetClass("ZT_Battery");
   std::vector<TCIMInstance*> instances = battery->EnumerateInstances(false);
@@ -146,7 +140,6 @@ TEST_F(CIMXMLParserTest, CreateRequestsRegisterWithoutCollecting) {
 }
 
 TEST_F(CIMXMLParserTest, AClassDefinedTwiceKeepsTheFirstAndIsCollectedOnce) {
-  LoadQualifiers();
   std::string twice = "<CIM><DECLARATION><DECLGROUP>"
                       "<VALUE.OBJECT><CLASS NAME=\"A\"><QUALIFIER NAME=\"ABSTRACT\" TYPE=\"boolean\">"
                       "<VALUE>true</VALUE></QUALIFIER></CLASS></VALUE.OBJECT>"
@@ -166,7 +159,6 @@ static std::string DiskInstance(std::string const& properties) {
 }
 
 TEST_F(CIMXMLParserTest, UX402ModeDropsValuesOfAnotherType) {
-  LoadQualifiers();
   ParseInto(fContainer, DataText("instances-properties.xml"));
   std::string doc = DiskInstance("<PROPERTY NAME=\"Removable\" TYPE=\"string\"><VALUE>no</VALUE>"
                                  "</PROPERTY><PROPERTY NAME=\"Label\" TYPE=\"string\">"
@@ -179,7 +171,6 @@ TEST_F(CIMXMLParserTest, UX402ModeDropsValuesOfAnotherType) {
 }
 
 TEST_F(CIMXMLParserTest, ValueTextIsKeptWholeAndBadDateTimesDefault) {
-  LoadQualifiers();
   ParseInto(fContainer, DataText("instances-properties.xml"));
   ParseInto(fContainer, DiskInstance("<PROPERTY NAME=\"Label\" TYPE=\"string\"><VALUE>\n  two\n"
                                      "  lines </VALUE></PROPERTY>\n"
@@ -193,7 +184,6 @@ TEST_F(CIMXMLParserTest, ValueTextIsKeptWholeAndBadDateTimesDefault) {
 }
 
 TEST_F(CIMXMLParserTest, AMethodPushesNothingSoItsEndTagClosesTheClass) {
-  LoadQualifiers();
   std::string head = "<CIM><DECLARATION><DECLGROUP><VALUE.OBJECT><CLASS NAME=\"M\">"
                      "<QUALIFIER NAME=\"ABSTRACT\" TYPE=\"boolean\"><VALUE>true</VALUE></QUALIFIER>"
                      "<METHOD NAME=\"Reset\"></METHOD></CLASS></VALUE.OBJECT>";

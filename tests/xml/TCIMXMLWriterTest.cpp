@@ -1,13 +1,11 @@
 // The CIM-XML writer: exact texts, and documents written and read again, plain and gzip.
 #include "cimxml_helpers.h"
 
-#include "ZelTest.h"
-
+#include "SchemaHelpers.h"
 #include "TCIMDateTime.h"
 #include "TCIMXMLWriter.h"
 
 #include <cstdlib>
-#include <fstream>
 
 #include <zlib.h>
 
@@ -19,13 +17,10 @@ protected:
   }
 
   // A class with a true KEY on its string property "Id".
-  TCIMClass* KeyedClass(const std::string& name, TCIMClass* superclass = nullptr) {
+  TCIMClass* IdClass(const std::string& name, TCIMClass* superclass = nullptr) {
     TCIMClass* cls = fContainer.AllocateClass(name, superclass);
-    if (!superclass) {
-      TCIMPropertyDecl* id = new TCIMPropertyDecl("Id", *cls, TCIMValue(TCIMValue::TCIMType::kString, 0));
-      id->AddQualifier(*new TCIMQualifier(*fContainer.GetQualifierDecl("KEY"), TCIMValue(true)));
-      id->AddToContainer();
-    }
+    if (!superclass)
+      Property(*cls, "Id", TCIMValue(T::kString, 0), /*key=*/true);
     return cls;
   }
 
@@ -41,25 +36,18 @@ protected:
 TEST_F(CIMXMLWriterTest, ClassesComeAfterTheirSuperclassAndTheClassesTheyReferTo) {
   Load(fContainer, {"qualifier-declarations.xml"});
   // Registered in an order the reader could not follow: the association first.
-  TCIMClass* disk = KeyedClass("ZT_Disk");
+  TCIMClass* disk = IdClass("ZT_Disk");
   TCIMClass* link = fContainer.AllocateClass("ZT_Link", nullptr);
-  link->AddQualifier(
-      *new TCIMQualifier(*fContainer.GetQualifierDecl("ASSOCIATION"), TCIMValue(true)));
-  TCIMValue toDisk(TCIMValue::TCIMType::kReference, 0);
-  toDisk.SetReferencedClass(*disk);
-  TCIMPropertyDecl* ref = new TCIMPropertyDecl("Disk", *link, toDisk);
-  ref->AddQualifier(*new TCIMQualifier(*fContainer.GetQualifierDecl("KEY"), TCIMValue(true)));
-  ref->AddToContainer();
+  Qualify(*link, fContainer, "ASSOCIATION", TCIMValue(true));
+  Property(*link, "Disk", Pointing(*disk), /*key=*/true);
   link->AddToContainer();
   disk->AddToContainer();
-  TCIMClass* ssd = KeyedClass("ZT_Ssd", disk);
-  ssd->AddToContainer();
+  IdClass("ZT_Ssd", disk)->AddToContainer();
 
   TCIMInstance* first = NewInstance("ZT_Disk", "d<1>&");
   first->AddToContainer();
-  TCIMReference path = first->BuildPath();
   TCIMInstance* linked = fContainer.AllocateInstance(link);
-  linked->SetPropertyValue("Disk", TCIMValue(path));
+  linked->SetPropertyValue("Disk", TCIMValue(first->BuildPath()));
   linked->AddToContainer();
   NewInstance("ZT_Ssd", "s1")->AddToContainer();
 
@@ -72,7 +60,7 @@ TEST_F(CIMXMLWriterTest, ClassesComeAfterTheirSuperclassAndTheClassesTheyReferTo
 
 TEST_F(CIMXMLWriterTest, ValuesOfEveryTypeKeepTheirTextNullsAndArrays) {
   Load(fContainer, {"qualifier-declarations.xml"});
-  TCIMClass* cls = KeyedClass("ZT_Sample");
+  TCIMClass* cls = IdClass("ZT_Sample");
   struct {
     const char* fName;
     TCIMValue fValue;
@@ -82,19 +70,18 @@ TEST_F(CIMXMLWriterTest, ValuesOfEveryTypeKeepTheirTextNullsAndArrays) {
       {"R64", TCIMValue(1.0 / 3)},
       {"When", TCIMValue(TCIMDateTime(std::string("20031107153000.000000-300")))},
       {"Text", TCIMValue("a\r\nb\tc\x01 h\xc3\xa9")},
-      {"Levels", TCIMValue(TCIMValue::TCIMType::kUint16, 4,
+      {"Levels", TCIMValue(T::kUint16, 4,
                            {TCIMValue(static_cast<unsigned short>(10)),
                             TCIMValue(static_cast<unsigned short>(20))})},
-      {"Empty", TCIMValue(TCIMValue::TCIMType::kString, 0, {})},
+      {"Empty", TCIMValue(T::kString, 0, {})},
   };
   for (const auto& sample : kSamples) {
     TCIMValue null = sample.fValue;
     null.SetNullValue(sample.fValue.GetType(), sample.fValue.GetMaxArraySize());
-    (new TCIMPropertyDecl(sample.fName, *cls, null))->AddToContainer();
+    Property(*cls, sample.fName, null);
   }
-  (new TCIMPropertyDecl("Unset", *cls, TCIMValue(TCIMValue::TCIMType::kSint32, 0)))
-      ->AddToContainer();
-  (new TCIMPropertyDecl("Default", *cls, TCIMValue(7u)))->AddToContainer();
+  Property(*cls, "Unset", TCIMValue(T::kSint32, 0));
+  Property(*cls, "Default", TCIMValue(7u));
   cls->AddToContainer();
   TCIMInstance* instance = NewInstance("ZT_Sample", "one");
   for (const auto& sample : kSamples)
@@ -159,7 +146,7 @@ TEST_F(CIMXMLWriterTest, FilesArePlainOrGzipByNameAndReplaced) {
                     "instances-properties.xml", "key-bindings.xml", "object-paths.xml"});
   std::string text = TCIMXMLWriter::Write(fContainer);
   TCIMXMLWriter::WriteFile(TempPath("result.xml"), fContainer);
-  EXPECT_EQ(FileText(TempPath("result.xml")), text);
+  EXPECT_EQ(ReadFile(TempPath("result.xml")), text);
   TCIMXMLWriter::WriteFile(TempPath("result.xml.gz"), fContainer);
   gzFile gz = gzopen(TempPath("result.xml.gz").c_str(), "rb");
   std::string inflated(text.size() + 1, '\0');
@@ -177,7 +164,7 @@ TEST_F(CIMXMLWriterTest, FilesArePlainOrGzipByNameAndReplaced) {
   // Replaced, not appended to.
   TContainer empty;
   TCIMXMLWriter::WriteFile(TempPath("result.xml"), empty);
-  EXPECT_EQ(FileText(TempPath("result.xml")),
+  EXPECT_EQ(ReadFile(TempPath("result.xml")),
             "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">\n"
             "<DECLARATION>\n<DECLGROUP>\n</DECLGROUP>\n</DECLARATION>\n</CIM>\n");
 }
@@ -203,24 +190,20 @@ TEST_F(CIMXMLWriterTest, WrittenDocumentsAreValidAgainstTheCIMXMLDTD) {
                                "<KEYVALUE VALUETYPE=\"numeric\" TYPE=\"uint16\">80<"})
     EXPECT_NE(written.find(keyValue), std::string::npos) << keyValue;
   TCIMXMLWriter::WriteFile(TempPath("written.xml.gz"), fContainer);
-  std::string dtd = ZEL_TEST_DATA_DIR "/cim-2.4-subset.dtd";
+  std::string errors = TempPath("xmllint.err");
+  auto xmllint = [&](std::string const& document) {
+    return std::system(("xmllint --noout --dtdvalid '" ZEL_TEST_DATA_DIR "/cim-2.4-subset.dtd' '" +
+                        document + "' 2>'" + errors + "'").c_str());
+  };
   for (const std::string& document :
        {TempPath("written.xml.gz"), std::string(ZEL_TEST_DATA_DIR "/written-in-order.xml")}) {
-    std::string errors = TempPath("xmllint.err");
-    int status = std::system(("xmllint --noout --dtdvalid '" + dtd + "' '" + document + "' 2>'" +
-                              errors + "'").c_str());
-    EXPECT_EQ(status, 0) << document;
-    EXPECT_EQ(FileText(errors), "") << document;
+    EXPECT_EQ(xmllint(document), 0) << document;
+    EXPECT_EQ(ReadFile(errors), "") << document;
   }
   // A key value without its type is what the DTD refuses.
-  std::string untyped = written;
-  size_t at = untyped.find(" VALUETYPE=\"string\" TYPE=\"string\"");
-  untyped.erase(at, std::string(" VALUETYPE=\"string\" TYPE=\"string\"").size());
-  std::ofstream(TempPath("untyped.xml")) << untyped;
-  int status = std::system(("xmllint --noout --dtdvalid '" + dtd + "' '" + TempPath("untyped.xml") +
-                            "' 2>'" + TempPath("xmllint.err") + "'").c_str());
-  EXPECT_NE(status, 0);
-  EXPECT_NE(FileText(TempPath("xmllint.err"))
-                .find("Element KEYVALUE does not carry attribute TYPE"),
+  std::string const typed = " VALUETYPE=\"string\" TYPE=\"string\"";
+  WriteFile("untyped.xml", written.erase(written.find(typed), typed.size()));
+  EXPECT_NE(xmllint(TempPath("untyped.xml")), 0);
+  EXPECT_NE(ReadFile(errors).find("Element KEYVALUE does not carry attribute TYPE"),
             std::string::npos);
 }

@@ -9,22 +9,14 @@
 #include "TCIMPropertyDecl.h"
 #include "TCIMQualifier.h"
 #include "TContainer.h"
+#include "ZelTest.h"
 
 #include <algorithm>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
-inline std::string FileText(std::string const& path) {
-  std::ifstream in(path.c_str(), std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
 inline std::string DataText(std::string const& name) {
-  return FileText(ZEL_TEST_DATA_DIR "/" + name);
+  return ZelTest::ReadFile(ZEL_TEST_DATA_DIR "/" + name);
 }
 
 /// Parses a writable copy of xml into container; returns the classes collected.
