@@ -21,16 +21,6 @@ std::string HostName() {
   return host;
 }
 
-// The value of a "name=value" line of os-release, without its quotes.
-std::string OsRelease(const std::string& name) {
-  for (std::string line : Lines(ZelTest::ReadFile("/etc/os-release")))
-    if (line.compare(0, name.size() + 1, name + "=") == 0) {
-      line.erase(0, name.size() + 1);
-      return line.size() >= 2 && line[0] == '"' ? line.substr(1, line.size() - 2) : line;
-    }
-  return "";
-}
-
 // Runs a shell command; its exit status and standard output.
 std::pair<int, std::string> Shell(const std::string& command) {
   std::string output;
@@ -41,6 +31,12 @@ std::pair<int, std::string> Shell(const std::string& command) {
     output.append(buffer, count);
   int status = pclose(pipe);
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
+}
+
+// A value of os-release, as the shell reads it.
+std::string OsRelease(const std::string& name) {
+  std::string value = Shell(". /etc/os-release && echo \"$" + name + "\"").second;
+  return value.substr(0, value.size() - 1);
 }
 
 // Whether word occurs in text on its own (not inside a longer name or number).
@@ -225,20 +221,6 @@ TEST_F(ZelCollectTest, ProgressGoesToATerminalOnlyOneLinePerPlugin) {
 }
 
 TEST_F(ZelCollectTest, UsageAndSetUpErrorsExitWithTwoAndHelpListsEveryOption) {
-  WriteFile("badsuper.xml", "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
-                            "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><DECLARATION><DECLGROUP>"
-                            "<VALUE.OBJECT><CLASS NAME=\"X_Y\" SUPERCLASS=\"NoSuch_Class\">\n"
-                            "</CLASS></VALUE.OBJECT></DECLGROUP></DECLARATION></CIM>\n");
-  WriteFile("badqualifier.xml", "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
-                                "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><DECLARATION><DECLGROUP>\n"
-                                "<VALUE.OBJECT><CLASS NAME=\"X_Y\">\n"
-                                "<QUALIFIER NAME=\"Colour\" TYPE=\"string\"><VALUE>red</VALUE></QUALIFIER>\n"
-                                "</CLASS></VALUE.OBJECT></DECLGROUP></DECLARATION></CIM>\n");
-  WriteFile("badsyntax.xml", "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
-                             "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><DECLARATION>\n"
-                             "<DECLGROUP><VALUE.OBJECT><CLASS NAME=\"X_Y\"></CLAS>\n"
-                             "</VALUE.OBJECT></DECLGROUP></DECLARATION></CIM>\n");
-  WriteFile("notgzip.xml.gz", "plain text");
   struct {
     std::vector<std::string> fArguments;
     std::string fMessage;
@@ -290,14 +272,18 @@ TEST_F(ZelCollectTest, UsageAndSetUpErrorsExitWithTwoAndHelpListsEveryOption) {
       {{"-c", "KAPLA_Processor", "-x", "KAPLA_LogicalDevice"},
        "zelcollect: no class is left to collect\nTry 'zelcollect --help'.\n"},
       // Schema documents: named with the line and the reason.
-      {{"-n", "-s", "badsuper.xml"}, "zelcollect: schema document badsuper.xml, line 2: "
-                                     "superclass NoSuch_Class is not defined\n"},
-      {{"-n", "-s", "badqualifier.xml"}, "zelcollect: schema document badqualifier.xml, line 4: "
-                                         "qualifier Colour is not declared\n"},
-      {{"-n", "-s", "badsyntax.xml"}, "zelcollect: schema document badsyntax.xml, line 3: Start "
-                                      "and end element names don't match\n"},
-      {{"-n", "-s", "notgzip.xml.gz"}, "zelcollect: schema document notgzip.xml.gz: not in gzip "
-                                       "format, though its name holds .gz\n"},
+      {{"-n", "-s", ZEL_TEST_DATA_DIR "/bad-superclass.xml"},
+       "zelcollect: schema document " ZEL_TEST_DATA_DIR "/bad-superclass.xml, line 2: superclass "
+       "NoSuch_Class is not defined\n"},
+      {{"-n", "-s", ZEL_TEST_DATA_DIR "/bad-qualifier.xml"},
+       "zelcollect: schema document " ZEL_TEST_DATA_DIR "/bad-qualifier.xml, line 4: qualifier "
+       "Colour is not declared\n"},
+      {{"-n", "-s", ZEL_TEST_DATA_DIR "/bad-end-tag.xml"},
+       "zelcollect: schema document " ZEL_TEST_DATA_DIR "/bad-end-tag.xml, line 3: Start and end "
+       "element names don't match\n"},
+      {{"-n", "-s", ZEL_TEST_DATA_DIR "/not-gzip.xml.gz"},
+       "zelcollect: schema document " ZEL_TEST_DATA_DIR "/not-gzip.xml.gz: not in gzip format, "
+       "though its name holds .gz\n"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.fArguments.back());
