@@ -221,6 +221,9 @@ TEST_F(ZelCollectTest, ProgressGoesToATerminalOnlyOneLinePerPlugin) {
 }
 
 TEST_F(ZelCollectTest, UsageAndSetUpErrorsExitWithTwoAndHelpListsEveryOption) {
+  for (const std::string document :
+       {"bad-superclass.xml", "bad-qualifier.xml", "bad-end-tag.xml", "not-gzip.xml.gz"})
+    WriteFile(document, ReadFile(ZEL_TEST_DATA_DIR "/" + document));
   struct {
     std::vector<std::string> fArguments;
     std::string fMessage;
@@ -272,18 +275,14 @@ TEST_F(ZelCollectTest, UsageAndSetUpErrorsExitWithTwoAndHelpListsEveryOption) {
       {{"-c", "KAPLA_Processor", "-x", "KAPLA_LogicalDevice"},
        "zelcollect: no class is left to collect\nTry 'zelcollect --help'.\n"},
       // Schema documents: named with the line and the reason.
-      {{"-n", "-s", ZEL_TEST_DATA_DIR "/bad-superclass.xml"},
-       "zelcollect: schema document " ZEL_TEST_DATA_DIR "/bad-superclass.xml, line 2: superclass "
-       "NoSuch_Class is not defined\n"},
-      {{"-n", "-s", ZEL_TEST_DATA_DIR "/bad-qualifier.xml"},
-       "zelcollect: schema document " ZEL_TEST_DATA_DIR "/bad-qualifier.xml, line 4: qualifier "
-       "Colour is not declared\n"},
-      {{"-n", "-s", ZEL_TEST_DATA_DIR "/bad-end-tag.xml"},
-       "zelcollect: schema document " ZEL_TEST_DATA_DIR "/bad-end-tag.xml, line 3: Start and end "
-       "element names don't match\n"},
-      {{"-n", "-s", ZEL_TEST_DATA_DIR "/not-gzip.xml.gz"},
-       "zelcollect: schema document " ZEL_TEST_DATA_DIR "/not-gzip.xml.gz: not in gzip format, "
-       "though its name holds .gz\n"},
+      {{"-n", "-s", "bad-superclass.xml"}, "zelcollect: schema document bad-superclass.xml, "
+                                           "line 2: superclass NoSuch_Class is not defined\n"},
+      {{"-n", "-s", "bad-qualifier.xml"}, "zelcollect: schema document bad-qualifier.xml, line 4: "
+                                          "qualifier Colour is not declared\n"},
+      {{"-n", "-s", "bad-end-tag.xml"}, "zelcollect: schema document bad-end-tag.xml, line 3: "
+                                        "Start and end element names don't match\n"},
+      {{"-n", "-s", "not-gzip.xml.gz"}, "zelcollect: schema document not-gzip.xml.gz: not in gzip "
+                                        "format, though its name holds .gz\n"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.fArguments.back());
