@@ -13,7 +13,6 @@
 #include <filesystem>
 #include <fstream>
 #include <set>
-#include <sstream>
 #include <tuple>
 
 namespace {

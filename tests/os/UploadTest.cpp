@@ -85,8 +85,9 @@ TEST_F(UploadTest, ToARealServerOnlyAStoredFileSucceeds) {
   for (const auto& row : kRows) {
     SCOPED_TRACE(row.fCase);
     std::string root = TempPath(std::string("site-") + row.fServer + (row.fDirectory ? "" : "-bare"));
-    if (row.fDirectory)
+    if (row.fDirectory) {
       ASSERT_TRUE(std::filesystem::create_directories(root + kDirectory));
+    }
     std::string output;
     int status = TOSSpecific::SpawnProcess(
         "env", {"ZEL_OS_CHILD=1", std::string("ZEL_UPLOAD_CASE=") + row.fCase,
@@ -98,9 +99,10 @@ TEST_F(UploadTest, ToARealServerOnlyAStoredFileSucceeds) {
                       "--net --mount): the uploads to a real server were not tested";
     EXPECT_EQ(status, 0) << output;
     EXPECT_THAT(output, HasSubstr("[       OK ] OsChild.UploadToSite")) << output;
-    if (std::string(row.fCase) == "stored")
+    if (std::string(row.fCase) == "stored") {
       EXPECT_EQ(TOSSpecific::CaptureFile(root + kDirectory + "host-20261123T101500.xml.gz"),
                 std::string("\x1f\x8b\0\xff result", 10));
+    }
   }
 }
 
