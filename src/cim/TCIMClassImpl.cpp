@@ -103,7 +103,7 @@ void TCIMClassImpl::AddPropertyDecl(TCIMPropertyDecl& decl) {
   if (IsReferenceDecl(decl) && !IsAssociation())
     ZelFail(zelStatusNotAssociation, "Attempt to add reference property " + property +
                                          " to non-association class " + fName);
-  std::string key = TContainerImpl::NormalizeName(property);
+  std::string key = ZelNormalizeName(property);
   TPropertyDeclMap::iterator existing = fPropertyDecls.find(key);
   if (decl.FindQualifier("OVERRIDE")) { // Its presence decides, not its value.
     std::string attempt = "Attempt to override property " + property + " in class " + fName;
@@ -193,7 +193,7 @@ std::vector<TCIMClass*> TCIMClassImpl::Associators(const std::string& assocClass
   TCIMClass* result = fContainer.FindClass(resultClass);
   if (!association || !result)
     return classes;
-  std::string normalRole = TContainerImpl::NormalizeName(role);
+  ZelNormalName normalRole(role);
   const TCIMClass* root = fContainer.GetRootClass();
   for (const TCIMClass* level = &fOwner; level && level != root; level = level->GetSuperClass()) {
     const std::set<TCIMClass*>& candidates = level->GetBody()->fAssociationClasses;
@@ -215,7 +215,7 @@ std::vector<TCIMClass*> TCIMClassImpl::Associators(const std::string& assocClass
         if (!IsReferenceDecl(**d) || !target)
           continue;
         bool ownEnd = role.empty() ? *target == fOwner
-                                   : TContainerImpl::NormalizeName((*d)->GetName()) == normalRole;
+                                   : ZelNormalName((*d)->GetName()).View() == normalRole.View();
         if (!ownEnd && target->IsSubclassOf(result))
           classes.push_back(target);
       }

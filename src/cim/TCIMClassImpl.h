@@ -8,6 +8,7 @@
 #include "cim/ZelQualifierHolder.h"
 
 #include <boost/shared_ptr.hpp>
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -22,7 +23,7 @@ class TContainer;
 class TCIMClassImpl : public TCIMElementImpl {
 public:
   /// Normalised property name to its declaration, shared with subclasses.
-  typedef std::map<std::string, boost::shared_ptr<TCIMPropertyDecl> > TPropertyDeclMap;
+  typedef std::map<std::string, boost::shared_ptr<TCIMPropertyDecl>, std::less<> > TPropertyDeclMap;
   /// Path text to the owned instances; equal paths may repeat.
   typedef std::multimap<std::string, boost::shared_ptr<TCIMInstance> > TInstanceMap;
 

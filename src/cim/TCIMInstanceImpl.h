@@ -6,6 +6,7 @@
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -16,7 +17,7 @@ class TCIMValue;
 class TCIMInstanceImpl : public TCIMElementImpl {
 public:
   /// Normalised property name to the property, held by value.
-  typedef std::map<std::string, TCIMProperty> TPropertyMap;
+  typedef std::map<std::string, TCIMProperty, std::less<> > TPropertyMap;
 
   TCIMInstanceImpl(TCIMInstance& owner, TCIMClass* cls);
   virtual ~TCIMInstanceImpl();

@@ -1,11 +1,48 @@
-// Number and boolean texts read as stream extraction reads them, without the stream.
+// Names normalised, and number and boolean texts read as stream extraction reads them,
+// without the stream.
 #include "cim/ZelText.h"
+
+#include "log/ZelLog.h"
 
 #include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <locale.h>
 #include <type_traits>
+
+// Names are judged as in the C library's default locale, where only ASCII letters and digits
+// are letters and digits; tested inline rather than through tolower/isalnum, one call per
+// byte, since every lookup of the model comes through here.
+ZelNormalName::ZelNormalName(const std::string& name) {
+  std::string::size_type size = name.size();
+  char* out = fInline;
+  if (size > sizeof fInline) {
+    fLong.resize(size);
+    out = &fLong[0];
+  }
+  for (std::string::size_type i = 0; i < size; ++i) {
+    char c = ZelAsciiLower(name[i]);
+    bool valid = c == '_' || (c >= 'a' && c <= 'z') || (i != 0 && c >= '0' && c <= '9');
+    if (!valid)
+      ZelFail(zelStatusInvalidCIMName, "CIM name '" + name + "' is invalid");
+    out[i] = c;
+  }
+  fView = std::string_view(out, size);
+}
+
+std::string ZelNormalizeName(const std::string& name) {
+  return std::string(ZelNormalName(name).View());
+}
+
+bool ZelIsNormalFormOf(std::string_view normal, std::string_view name) {
+  if (normal.size() != name.size())
+    return false;
+  for (std::string_view::size_type i = 0; i < name.size(); ++i) {
+    if (ZelAsciiLower(name[i]) != normal[i])
+      return false;
+  }
+  return true;
+}
 
 // The white space that extraction skips first.
 static const char* SkipSpace(const char* p) {
