@@ -155,11 +155,13 @@ std::vector<std::string> TCIMClassImpl::EnumerateKeyNames() const {
 }
 
 void TCIMClassImpl::AddInstance(TCIMInstance& instance) {
-  // An equal path is filed beside the first, on purpose. The key lives as long as the
-  // instance: it keeps no room from being built by appending.
-  std::string path = instance.GetBody()->PathText();
-  path.shrink_to_fit();
-  fInstances.insert(std::make_pair(std::move(path), boost::shared_ptr<TCIMInstance>(&instance)));
+  // The key lives as long as the instance: built in a buffer this thread keeps, it is
+  // copied once at its exact size. An equal path is filed after the first, on purpose;
+  // documents mostly list instances in path order, so the end is tried first.
+  static thread_local std::string path;
+  path.clear();
+  instance.GetBody()->AppendPathText(path);
+  fInstances.emplace_hint(fInstances.end(), path, boost::shared_ptr<TCIMInstance>(&instance));
 }
 
 void TCIMClassImpl::RemoveInstance(TCIMInstance& instance) {

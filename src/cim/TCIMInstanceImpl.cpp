@@ -132,7 +132,14 @@ TCIMReference TCIMInstanceImpl::BuildPath() const {
 // declaration renamed since it was filed, key names declared out of the order of their
 // normalised forms (bindings sort by the declared names), a value of another type.
 std::string TCIMInstanceImpl::PathText() const {
-  std::string path = fClass->GetName();
+  std::string path;
+  AppendPathText(path);
+  return path;
+}
+
+void TCIMInstanceImpl::AppendPathText(std::string& path) const {
+  std::string::size_type start = path.size();
+  path += fClass->GetName();
   const std::string* previous = 0;
   const TCIMClassImpl::TPropertyDeclMap& decls = fClass->GetBody()->PropertyDecls();
   for (TCIMClassImpl::TPropertyDeclMap::const_iterator key = decls.begin(); key != decls.end();
@@ -144,8 +151,10 @@ std::string TCIMInstanceImpl::PathText() const {
     TPropertyMap::const_iterator it = fProperties.find(key->first);
     if (!ZelIsNormalFormOf(key->first, name) || (previous && !(*previous < name)) ||
         it == fProperties.end() ||
-        it->second.GetBody()->CurrentValue().GetType() != decl.GetType())
-      return BuildPath().GetPath();
+        it->second.GetBody()->CurrentValue().GetType() != decl.GetType()) {
+      path.replace(start, std::string::npos, BuildPath().GetPath());
+      return;
+    }
     if (!previous)
       path += '.';
     ZelAppendKeyBinding(path, name, it->second.GetBody()->CurrentValue());
@@ -153,7 +162,6 @@ std::string TCIMInstanceImpl::PathText() const {
   }
   if (previous)
     path.erase(path.size() - 1);  // the last binding's comma
-  return path;
 }
 
 std::vector<TCIMInstance*> TCIMInstanceImpl::Associators(const std::string& assocClass,

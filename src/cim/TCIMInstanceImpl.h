@@ -36,6 +36,8 @@ public:
   TCIMReference BuildPath() const;
   /// BuildPath().GetPath(), made without the reference and its copies of the key values.
   std::string PathText() const;
+  /// The same text, appended.
+  void AppendPathText(std::string& path) const;
   std::vector<TCIMInstance*> Associators(const std::string& assocClass,
                                          const std::string& resultClass,
                                          const std::string& role,

@@ -5,6 +5,7 @@
 #include "TCIMInstance.h"
 #include "TCIMPropertyDecl.h"
 #include "cim/TCIMPropertyDeclImpl.h"
+#include "cim/TCIMValueImpl.h"
 #include "TContainer.h"
 #include "log/ZelLog.h"
 
@@ -14,7 +15,7 @@ void ZelAppendKeyBinding(std::string& path, std::string const& name, TCIMValue c
   path += name;
   path += "=\"";
   if (!value.IsNull())
-    path += value.ToString(10);
+    TCIMValueImpl::AppendText(path, value);
   path += "\",";
 }
 

@@ -48,6 +48,13 @@ TCIMValueImpl::operator TCIMDateTime() const { TypeMismatch(); }
 TCIMValueImpl::operator TCIMReference() const { TypeMismatch(); }
 TCIMValueImpl::operator std::vector<TCIMValue>&() { TypeMismatch(); }
 
+void TCIMValueImpl::AppendText(std::string& out, TCIMValue const& value) {
+  if (value.GetType() == T::kString)
+    out += BodyOf<TCIMStringValueImpl>(value).fValue;
+  else
+    out += value.ToString(10);
+}
+
 // ---- TCIMNumericValueImpl ------------------------------------------------------------------
 
 #define ZEL_NUMERIC_BODY(native, type, field)                                                 \

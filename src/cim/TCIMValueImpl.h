@@ -36,6 +36,8 @@ public:
 
   /// A deep copy of this body, whose value has the given type.
   TCIMValueImpl* Clone(TCIMValue::TCIMType type) const;
+  /// Appends value.ToString(10) of a non-NULL value; a string's own text, uncopied.
+  static void AppendText(std::string& out, TCIMValue const& value);
 
 protected:
   /// The body of a value known to hold one of this kind.
@@ -103,6 +105,7 @@ public:
   bool operator<(TCIMValue const& other) const override;
 
 private:
+  friend class TCIMValueImpl;  // AppendText reads the text in place.
   std::string fValue;
 };
 

@@ -10,9 +10,26 @@
 #include <locale.h>
 #include <type_traits>
 
-// Names are judged as in the C library's default locale, where only ASCII letters and digits
-// are letters and digits; tested inline rather than through tolower/isalnum, one call per
-// byte, since every lookup of the model comes through here.
+// Each byte's lower-case form where it may stand in a CIM name, else 0. Names are judged as
+// in the C library's default locale, where only ASCII letters and digits are letters and
+// digits; a table rather than tolower/isalnum, since every lookup of the model comes here.
+namespace {
+struct TNameBytes {
+  char fLower[256];
+  constexpr TNameBytes() : fLower() {
+    for (int c = 'a'; c <= 'z'; ++c) {
+      fLower[c] = static_cast<char>(c);
+      fLower[c - 'a' + 'A'] = static_cast<char>(c);
+    }
+    for (int c = '0'; c <= '9'; ++c)
+      fLower[c] = static_cast<char>(c);  // not first: tested apart
+    fLower[static_cast<unsigned char>('_')] = '_';
+  }
+};
+}  // namespace
+
+static constexpr TNameBytes kNameBytes;
+
 ZelNormalName::ZelNormalName(const std::string& name) {
   std::string::size_type size = name.size();
   char* out = fInline;
@@ -20,13 +37,14 @@ ZelNormalName::ZelNormalName(const std::string& name) {
     fLong.resize(size);
     out = &fLong[0];
   }
+  bool valid = size == 0 || name[0] < '0' || name[0] > '9';
   for (std::string::size_type i = 0; i < size; ++i) {
-    char c = ZelAsciiLower(name[i]);
-    bool valid = c == '_' || (c >= 'a' && c <= 'z') || (i != 0 && c >= '0' && c <= '9');
-    if (!valid)
-      ZelFail(zelStatusInvalidCIMName, "CIM name '" + name + "' is invalid");
+    char c = kNameBytes.fLower[static_cast<unsigned char>(name[i])];
+    valid &= c != 0;
     out[i] = c;
   }
+  if (!valid)
+    ZelFail(zelStatusInvalidCIMName, "CIM name '" + name + "' is invalid");
   fView = std::string_view(out, size);
 }
 
