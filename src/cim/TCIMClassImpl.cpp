@@ -6,6 +6,7 @@
 #include "TCIMPropertyDecl.h"
 #include "cim/TCIMPropertyDeclImpl.h"
 #include "TCIMReference.h"
+#include "cim/TCIMReferenceImpl.h"
 #include "TContainer.h"
 #include "log/ZelLog.h"
 #include "cim/ZelNamedMap.h"
@@ -158,8 +159,7 @@ void TCIMClassImpl::AddInstance(TCIMInstance& instance) {
   // The key lives as long as the instance: built in a buffer this thread keeps, it is
   // copied once at its exact size. An equal path is filed after the first, on purpose;
   // documents mostly list instances in path order, so the end is tried first.
-  static thread_local std::string path;
-  path.clear();
+  std::string& path = ZelPathBuffer();
   instance.GetBody()->AppendPathText(path);
   fInstances.emplace_hint(fInstances.end(), path, boost::shared_ptr<TCIMInstance>(&instance));
 }
@@ -176,7 +176,9 @@ TCIMInstance& TCIMClassImpl::GetInstance(const TCIMReference& path) const {
 }
 
 TCIMInstance* TCIMClassImpl::FindInstance(const TCIMReference& path) const {
-  TInstanceMap::const_iterator it = fInstances.find(path.GetPath());
+  std::string& text = ZelPathBuffer();
+  path.GetBody()->AppendPath(text);
+  TInstanceMap::const_iterator it = fInstances.find(std::string_view(text));
   return it == fInstances.end() ? 0 : it->second.get();
 }
 

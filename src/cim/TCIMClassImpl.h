@@ -25,7 +25,7 @@ public:
   /// Normalised property name to its declaration, shared with subclasses.
   typedef std::map<std::string, boost::shared_ptr<TCIMPropertyDecl>, std::less<> > TPropertyDeclMap;
   /// Path text to the owned instances; equal paths may repeat.
-  typedef std::multimap<std::string, boost::shared_ptr<TCIMInstance> > TInstanceMap;
+  typedef std::multimap<std::string, boost::shared_ptr<TCIMInstance>, std::less<> > TInstanceMap;
 
   TCIMClassImpl(TCIMClass& owner, TContainer& container, const std::string& name,
                 TCIMClass* superclass);

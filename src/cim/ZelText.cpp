@@ -30,13 +30,9 @@ struct TNameBytes {
 
 static constexpr TNameBytes kNameBytes;
 
-ZelNormalName::ZelNormalName(const std::string& name) {
+// Writes the normal form of name to out, which has room for it.
+static void Normalize(const std::string& name, char* out) {
   std::string::size_type size = name.size();
-  char* out = fInline;
-  if (size > sizeof fInline) {
-    fLong.resize(size);
-    out = &fLong[0];
-  }
   bool valid = size == 0 || name[0] < '0' || name[0] > '9';
   for (std::string::size_type i = 0; i < size; ++i) {
     char c = kNameBytes.fLower[static_cast<unsigned char>(name[i])];
@@ -45,18 +41,30 @@ ZelNormalName::ZelNormalName(const std::string& name) {
   }
   if (!valid)
     ZelFail(zelStatusInvalidCIMName, "CIM name '" + name + "' is invalid");
-  fView = std::string_view(out, size);
+}
+
+ZelNormalName::ZelNormalName(const std::string& name) {
+  char* out = fInline;
+  if (name.size() > sizeof fInline) {
+    fLong.resize(name.size());
+    out = &fLong[0];
+  }
+  Normalize(name, out);
+  fView = std::string_view(out, name.size());
 }
 
 std::string ZelNormalizeName(const std::string& name) {
-  return std::string(ZelNormalName(name).View());
+  std::string normal(name.size(), '\0');
+  Normalize(name, &normal[0]);
+  return normal;
 }
 
+// A byte the table does not know is 0, which a normal form never holds.
 bool ZelIsNormalFormOf(std::string_view normal, std::string_view name) {
   if (normal.size() != name.size())
     return false;
   for (std::string_view::size_type i = 0; i < name.size(); ++i) {
-    if (ZelAsciiLower(name[i]) != normal[i])
+    if (kNameBytes.fLower[static_cast<unsigned char>(name[i])] != normal[i])
       return false;
   }
   return true;
