@@ -4,6 +4,7 @@
 
 #include "log/ZelLog.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -30,11 +31,35 @@ struct TNameBytes {
 
 static constexpr TNameBytes kNameBytes;
 
+// Eight bytes at a time, each byte a lane: lanes holding a byte from low to high, given
+// ASCII lanes (the high bit clear, so no sum carries into the next lane).
+static uint64_t LanesIn(uint64_t bytes, unsigned char low, unsigned char high) {
+  const uint64_t kOnes = 0x0101010101010101, kHighBits = 0x8080808080808080;
+  return (bytes + kOnes * (0x80 - low)) & ~(bytes + kOnes * (0x7f - high)) & kHighBits;
+}
+
+// Lowers eight ASCII bytes; false when one may not stand in a name.
+static bool LowerEight(uint64_t& bytes) {
+  const uint64_t kOnes = 0x0101010101010101, kHighBits = 0x8080808080808080;
+  if (bytes & kHighBits)
+    return false;
+  bytes |= LanesIn(bytes, 'A', 'Z') >> 2;  // the high bit moved to 0x20
+  uint64_t underscore = bytes ^ (kOnes * '_');
+  underscore = ~(((underscore & ~kHighBits) + ~kHighBits) | underscore | ~kHighBits);
+  return (LanesIn(bytes, 'a', 'z') | LanesIn(bytes, '0', '9') | underscore) == kHighBits;
+}
+
 // Writes the normal form of name to out, which has room for it.
 static void Normalize(const std::string& name, char* out) {
-  std::string::size_type size = name.size();
+  std::string::size_type size = name.size(), i = 0;
   bool valid = size == 0 || name[0] < '0' || name[0] > '9';
-  for (std::string::size_type i = 0; i < size; ++i) {
+  for (; valid && i + 8 <= size; i += 8) {
+    uint64_t bytes;
+    std::memcpy(&bytes, name.data() + i, 8);
+    valid = LowerEight(bytes);
+    std::memcpy(out + i, &bytes, 8);
+  }
+  for (; i < size; ++i) {
     char c = kNameBytes.fLower[static_cast<unsigned char>(name[i])];
     valid &= c != 0;
     out[i] = c;
