@@ -42,17 +42,7 @@ public:
   bool IsSubclassOf(const TCIMClass* other) const;
   std::vector<TCIMClass*> EnumerateSubClasses(bool deep) const;
 
-  void AddQualifier(TCIMQualifier& qualifier) { ZelAddQualifier(fQualifiers, qualifier); }
-  TCIMQualifier& GetQualifier(const std::string& name) const {
-    return ZelGetQualifier(fQualifiers, name);
-  }
-  TCIMQualifier* FindQualifier(const std::string& name) const {
-    return ZelFindQualifier(fQualifiers, name);
-  }
-  std::vector<TCIMQualifier*> EnumerateQualifiers() const {
-    return ZelEnumerateQualifiers(fQualifiers);
-  }
-  void RemoveQualifier(TCIMQualifier& qualifier) { ZelRemoveQualifier(fQualifiers, qualifier); }
+  ZEL_QUALIFIER_OPERATIONS
 
   void AddPropertyDecl(TCIMPropertyDecl& decl);
   TCIMPropertyDecl& GetPropertyDecl(const std::string& name) const;

@@ -30,4 +30,19 @@ bool ZelQualifierIsTrue(TCIMQualifier const* qualifier);
 /// instance.
 bool ZelQualifierIsTrue(TQualifierMap const& qualifiers, std::string_view normalName);
 
+/// The qualifier operations of a body that keeps its qualifiers in a TQualifierMap named
+/// fQualifiers, forwarded to the functions above; declared inside the body's class.
+#define ZEL_QUALIFIER_OPERATIONS                                                            \
+  void AddQualifier(TCIMQualifier& qualifier) { ZelAddQualifier(fQualifiers, qualifier); }  \
+  TCIMQualifier& GetQualifier(const std::string& name) const {                              \
+    return ZelGetQualifier(fQualifiers, name);                                              \
+  }                                                                                         \
+  TCIMQualifier* FindQualifier(const std::string& name) const {                             \
+    return ZelFindQualifier(fQualifiers, name);                                             \
+  }                                                                                         \
+  std::vector<TCIMQualifier*> EnumerateQualifiers() const {                                 \
+    return ZelEnumerateQualifiers(fQualifiers);                                             \
+  }                                                                                         \
+  void RemoveQualifier(TCIMQualifier& qualifier) { ZelRemoveQualifier(fQualifiers, qualifier); }
+
 #endif
