@@ -105,7 +105,10 @@ void TCIMClassImpl::AddPropertyDecl(TCIMPropertyDecl& decl) {
     ZelFail(zelStatusNotAssociation, "Attempt to add reference property " + property +
                                          " to non-association class " + fName);
   std::string key = ZelNormalizeName(property);
-  TPropertyDeclMap::iterator existing = fPropertyDecls.find(key);
+  // One search: the place found is where the declaration goes.
+  TPropertyDeclMap::iterator position = fPropertyDecls.lower_bound(key);
+  TPropertyDeclMap::iterator existing =
+      position != fPropertyDecls.end() && position->first == key ? position : fPropertyDecls.end();
   if (decl.FindQualifier("OVERRIDE")) { // Its presence decides, not its value.
     std::string attempt = "Attempt to override property " + property + " in class " + fName;
     if (existing == fPropertyDecls.end())
@@ -114,13 +117,13 @@ void TCIMClassImpl::AddPropertyDecl(TCIMPropertyDecl& decl) {
       ZelFail(zelStatusTypeMismatch, attempt + ": different types");
     if (existing->second->GetClass() == fOwner)
       ZelFail(zelStatusAlreadyExists, attempt + ": original was defined in this class");
-    fPropertyDecls.erase(existing); // The superclass keeps its own.
+    position = fPropertyDecls.erase(existing); // The superclass keeps its own.
   } else if (existing != fPropertyDecls.end()) {
     // Redeclaring an inherited property needs OVERRIDE, on purpose.
     ZelFail(zelStatusAlreadyExists,
             "Attempt to add property " + property + " to class " + fName + ": already exists");
   }
-  fPropertyDecls.insert(std::make_pair(key, boost::shared_ptr<TCIMPropertyDecl>(&decl)));
+  fPropertyDecls.emplace_hint(position, std::move(key), boost::shared_ptr<TCIMPropertyDecl>(&decl));
 }
 
 TCIMPropertyDecl& TCIMClassImpl::GetPropertyDecl(const std::string& name) const {
