@@ -49,23 +49,36 @@ static bool LowerEight(uint64_t& bytes) {
   return (LanesIn(bytes, 'a', 'z') | LanesIn(bytes, '0', '9') | underscore) == kHighBits;
 }
 
-// Writes the normal form of name to out, which has room for it.
+[[noreturn, gnu::cold]] static void InvalidName(const std::string& name) {
+  ZelFail(zelStatusInvalidCIMName, "CIM name '" + name + "' is invalid");
+}
+
+// Writes the normal form of name to out, which has room for it: a name of eight bytes or
+// more in blocks of eight, the last one ending at the end and overlapping the one before; a
+// shorter one byte by byte.
 static void Normalize(const std::string& name, char* out) {
-  std::string::size_type size = name.size(), i = 0;
-  bool valid = size == 0 || name[0] < '0' || name[0] > '9';
-  for (; valid && i + 8 <= size; i += 8) {
-    uint64_t bytes;
-    std::memcpy(&bytes, name.data() + i, 8);
-    valid = LowerEight(bytes);
-    std::memcpy(out + i, &bytes, 8);
-  }
-  for (; i < size; ++i) {
-    char c = kNameBytes.fLower[static_cast<unsigned char>(name[i])];
-    valid &= c != 0;
-    out[i] = c;
+  const char* in = name.data();
+  std::string::size_type size = name.size();
+  bool valid = size == 0 || in[0] < '0' || in[0] > '9';
+  uint64_t bytes;
+  if (size >= 8) {
+    for (std::string::size_type i = 0; i < size - 8; i += 8) {
+      std::memcpy(&bytes, in + i, 8);
+      valid &= LowerEight(bytes);
+      std::memcpy(out + i, &bytes, 8);
+    }
+    std::memcpy(&bytes, in + size - 8, 8);
+    valid &= LowerEight(bytes);
+    std::memcpy(out + size - 8, &bytes, 8);
+  } else {
+    for (std::string::size_type i = 0; i < size; ++i) {
+      char c = kNameBytes.fLower[static_cast<unsigned char>(in[i])];
+      valid &= c != 0;
+      out[i] = c;
+    }
   }
   if (!valid)
-    ZelFail(zelStatusInvalidCIMName, "CIM name '" + name + "' is invalid");
+    InvalidName(name);
 }
 
 ZelNormalName::ZelNormalName(const std::string& name) {

@@ -13,6 +13,9 @@ TEST_F(NameTest, NormalFormsOfValidNames) {
     std::string name, normal;
   } rows[] = {
       {"", ""},
+      {"K", "k"},
+      {"Abcdefg", "abcdefg"},                        // seven: byte by byte
+      {"Abcdefghi", "abcdefghi"},                    // nine: blocks overlapping by seven
       {"ABCDEFGH", "abcdefgh"},                      // one block of eight, no tail
       {"_Z9_z0A_", "_z9_z0a_"},                      // every range at once
       {"CIM_ComputerSystem", "cim_computersystem"},  // two blocks and a tail
@@ -37,6 +40,7 @@ TEST_F(NameTest, InvalidNamesThrowAfterOneLine) {
       "abcdefg/", "abcdefg:", "abcdefg^",              // beside 0-9 and _
       "abcdefg\xc3\xa9x",                             // not ASCII
       "ab cdefgh",
+      "1a", "a-b", "k@", "_\x80",                   // shorter than eight
   };
   for (const char* name : rows) {
     SCOPED_TRACE(name);
