@@ -6,6 +6,7 @@
 #include "TCIMPropertyDecl.h"
 #include "cim/TCIMPropertyDeclImpl.h"
 #include "TCIMReference.h"
+#include "cim/TCIMReferenceImpl.h"
 #include "TContainer.h"
 #include "log/ZelLog.h"
 #include "cim/ZelNamedMap.h"
@@ -103,8 +104,11 @@ void TCIMClassImpl::AddPropertyDecl(TCIMPropertyDecl& decl) {
   if (IsReferenceDecl(decl) && !IsAssociation())
     ZelFail(zelStatusNotAssociation, "Attempt to add reference property " + property +
                                          " to non-association class " + fName);
-  std::string key = TContainerImpl::NormalizeName(property);
-  TPropertyDeclMap::iterator existing = fPropertyDecls.find(key);
+  std::string key = ZelNormalizeName(property);
+  // One search: the place found is where the declaration goes.
+  TPropertyDeclMap::iterator position = fPropertyDecls.lower_bound(key);
+  TPropertyDeclMap::iterator existing =
+      position != fPropertyDecls.end() && position->first == key ? position : fPropertyDecls.end();
   if (decl.FindQualifier("OVERRIDE")) { // Its presence decides, not its value.
     std::string attempt = "Attempt to override property " + property + " in class " + fName;
     if (existing == fPropertyDecls.end())
@@ -113,13 +117,13 @@ void TCIMClassImpl::AddPropertyDecl(TCIMPropertyDecl& decl) {
       ZelFail(zelStatusTypeMismatch, attempt + ": different types");
     if (existing->second->GetClass() == fOwner)
       ZelFail(zelStatusAlreadyExists, attempt + ": original was defined in this class");
-    fPropertyDecls.erase(existing); // The superclass keeps its own.
+    position = fPropertyDecls.erase(existing); // The superclass keeps its own.
   } else if (existing != fPropertyDecls.end()) {
     // Redeclaring an inherited property needs OVERRIDE, on purpose.
     ZelFail(zelStatusAlreadyExists,
             "Attempt to add property " + property + " to class " + fName + ": already exists");
   }
-  fPropertyDecls.insert(std::make_pair(key, boost::shared_ptr<TCIMPropertyDecl>(&decl)));
+  fPropertyDecls.emplace_hint(position, std::move(key), boost::shared_ptr<TCIMPropertyDecl>(&decl));
 }
 
 TCIMPropertyDecl& TCIMClassImpl::GetPropertyDecl(const std::string& name) const {
@@ -155,11 +159,12 @@ std::vector<std::string> TCIMClassImpl::EnumerateKeyNames() const {
 }
 
 void TCIMClassImpl::AddInstance(TCIMInstance& instance) {
-  // An equal path is filed beside the first, on purpose. The key lives as long as the
-  // instance: it keeps no room from being built by appending.
-  std::string path = instance.GetBody()->PathText();
-  path.shrink_to_fit();
-  fInstances.insert(std::make_pair(std::move(path), boost::shared_ptr<TCIMInstance>(&instance)));
+  // The key lives as long as the instance: built in a buffer this thread keeps, it is
+  // copied once at its exact size. An equal path is filed after the first, on purpose;
+  // documents mostly list instances in path order, so the end is tried first.
+  std::string& path = ZelPathBuffer();
+  instance.GetBody()->AppendPathText(path);
+  fInstances.emplace_hint(fInstances.end(), path, boost::shared_ptr<TCIMInstance>(&instance));
 }
 
 void TCIMClassImpl::RemoveInstance(TCIMInstance& instance) {
@@ -174,7 +179,9 @@ TCIMInstance& TCIMClassImpl::GetInstance(const TCIMReference& path) const {
 }
 
 TCIMInstance* TCIMClassImpl::FindInstance(const TCIMReference& path) const {
-  TInstanceMap::const_iterator it = fInstances.find(path.GetPath());
+  std::string& text = ZelPathBuffer();
+  path.GetBody()->AppendPath(text);
+  TInstanceMap::const_iterator it = fInstances.find(std::string_view(text));
   return it == fInstances.end() ? 0 : it->second.get();
 }
 
@@ -193,7 +200,7 @@ std::vector<TCIMClass*> TCIMClassImpl::Associators(const std::string& assocClass
   TCIMClass* result = fContainer.FindClass(resultClass);
   if (!association || !result)
     return classes;
-  std::string normalRole = TContainerImpl::NormalizeName(role);
+  ZelNormalName normalRole(role);
   const TCIMClass* root = fContainer.GetRootClass();
   for (const TCIMClass* level = &fOwner; level && level != root; level = level->GetSuperClass()) {
     const std::set<TCIMClass*>& candidates = level->GetBody()->fAssociationClasses;
@@ -215,7 +222,7 @@ std::vector<TCIMClass*> TCIMClassImpl::Associators(const std::string& assocClass
         if (!IsReferenceDecl(**d) || !target)
           continue;
         bool ownEnd = role.empty() ? *target == fOwner
-                                   : TContainerImpl::NormalizeName((*d)->GetName()) == normalRole;
+                                   : ZelNormalName((*d)->GetName()).View() == normalRole.View();
         if (!ownEnd && target->IsSubclassOf(result))
           classes.push_back(target);
       }

@@ -8,6 +8,7 @@
 #include "cim/ZelQualifierHolder.h"
 
 #include <boost/shared_ptr.hpp>
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -22,9 +23,9 @@ class TContainer;
 class TCIMClassImpl : public TCIMElementImpl {
 public:
   /// Normalised property name to its declaration, shared with subclasses.
-  typedef std::map<std::string, boost::shared_ptr<TCIMPropertyDecl> > TPropertyDeclMap;
+  typedef std::map<std::string, boost::shared_ptr<TCIMPropertyDecl>, std::less<> > TPropertyDeclMap;
   /// Path text to the owned instances; equal paths may repeat.
-  typedef std::multimap<std::string, boost::shared_ptr<TCIMInstance> > TInstanceMap;
+  typedef std::multimap<std::string, boost::shared_ptr<TCIMInstance>, std::less<> > TInstanceMap;
 
   TCIMClassImpl(TCIMClass& owner, TContainer& container, const std::string& name,
                 TCIMClass* superclass);
@@ -41,17 +42,7 @@ public:
   bool IsSubclassOf(const TCIMClass* other) const;
   std::vector<TCIMClass*> EnumerateSubClasses(bool deep) const;
 
-  void AddQualifier(TCIMQualifier& qualifier) { ZelAddQualifier(fQualifiers, qualifier); }
-  TCIMQualifier& GetQualifier(const std::string& name) const {
-    return ZelGetQualifier(fQualifiers, name);
-  }
-  TCIMQualifier* FindQualifier(const std::string& name) const {
-    return ZelFindQualifier(fQualifiers, name);
-  }
-  std::vector<TCIMQualifier*> EnumerateQualifiers() const {
-    return ZelEnumerateQualifiers(fQualifiers);
-  }
-  void RemoveQualifier(TCIMQualifier& qualifier) { ZelRemoveQualifier(fQualifiers, qualifier); }
+  ZEL_QUALIFIER_OPERATIONS
 
   void AddPropertyDecl(TCIMPropertyDecl& decl);
   TCIMPropertyDecl& GetPropertyDecl(const std::string& name) const;

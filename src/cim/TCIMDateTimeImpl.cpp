@@ -110,26 +110,27 @@ void TCIMDateTimeImpl::Set(unsigned short year, unsigned short month, unsigned i
     InvalidDateTime();
   fYear = year;
   fMonth = month;
-  fDay = day;
-  fHour = hour;
-  fMinute = minute;
-  fSecond = second;
-  fMicroSeconds = microseconds;
   fUTCOffset = utcOffset;
-  fInterval = false;
-  fNull = false;
+  SetClock(day, hour, minute, second, microseconds, /*interval=*/false);
 }
 
 void TCIMDateTimeImpl::Set(unsigned int days, unsigned short hours, unsigned short minutes,
                            unsigned short seconds, unsigned int microseconds) {
   if (hours > 23 || minutes > 59 || seconds > 59 || microseconds >= 1000000)
     InvalidDateTime();
-  fDay = days;
-  fHour = hours;
-  fMinute = minutes;
-  fSecond = seconds;
+  SetClock(days, hours, minutes, seconds, microseconds, /*interval=*/true);
+}
+
+// An interval keeps the year, month and offset it had: they are not its fields.
+void TCIMDateTimeImpl::SetClock(unsigned int day, unsigned short hour, unsigned short minute,
+                                unsigned short second, unsigned int microseconds,
+                                bool interval) {
+  fDay = day;
+  fHour = hour;
+  fMinute = minute;
+  fSecond = second;
   fMicroSeconds = microseconds;
-  fInterval = true;
+  fInterval = interval;
   fNull = false;
 }
 
@@ -231,13 +232,10 @@ int64_t TCIMDateTimeImpl::Microseconds() const {
 
 void TCIMDateTimeImpl::SetIntervalFromMicroseconds(int64_t total) {
   int64_t seconds = total / kMicrosPerSecond;
-  fMicroSeconds = static_cast<unsigned int>(total % kMicrosPerSecond);
-  fSecond = static_cast<unsigned short>(seconds % 60);
-  fMinute = static_cast<unsigned short>(seconds / 60 % 60);
-  fHour = static_cast<unsigned short>(seconds / 3600 % 24);
-  fDay = static_cast<unsigned int>(seconds / 86400);
-  fInterval = true;
-  fNull = false;
+  SetClock(static_cast<unsigned int>(seconds / 86400),
+           static_cast<unsigned short>(seconds / 3600 % 24),
+           static_cast<unsigned short>(seconds / 60 % 60), static_cast<unsigned short>(seconds % 60),
+           static_cast<unsigned int>(total % kMicrosPerSecond), /*interval=*/true);
 }
 
 // The instant was shifted by the offset when converted; shift it back so the result reads
@@ -255,14 +253,10 @@ void TCIMDateTimeImpl::SetTimestampFromMicroseconds(int64_t instant, short utcOf
     InvalidDateTime();
   fYear = static_cast<unsigned short>(fields.tm_year + 1900);
   fMonth = static_cast<unsigned short>(fields.tm_mon + 1);
-  fDay = static_cast<unsigned int>(fields.tm_mday);
-  fHour = static_cast<unsigned short>(fields.tm_hour);
-  fMinute = static_cast<unsigned short>(fields.tm_min);
-  fSecond = static_cast<unsigned short>(fields.tm_sec);
-  fMicroSeconds = static_cast<unsigned int>(micros);
   fUTCOffset = utcOffset;
-  fInterval = false;
-  fNull = false;
+  SetClock(static_cast<unsigned int>(fields.tm_mday), static_cast<unsigned short>(fields.tm_hour),
+           static_cast<unsigned short>(fields.tm_min), static_cast<unsigned short>(fields.tm_sec),
+           static_cast<unsigned int>(micros), /*interval=*/false);
 }
 
 bool TCIMDateTimeImpl::operator==(TCIMDateTimeImpl const& other) const {

@@ -46,6 +46,9 @@ public:
 private:
   std::pair<int64_t, unsigned int> Seconds() const;
   int64_t Microseconds() const;
+  /// The fields both kinds hold, and the kind; the value is no longer NULL.
+  void SetClock(unsigned int day, unsigned short hour, unsigned short minute,
+                unsigned short second, unsigned int microseconds, bool interval);
   void SetIntervalFromMicroseconds(int64_t total);
   void SetTimestampFromMicroseconds(int64_t instant, short utcOffset);
 

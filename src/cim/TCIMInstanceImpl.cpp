@@ -9,9 +9,9 @@
 #include "cim/TCIMPropertyImpl.h"
 #include "cim/TCIMReferenceImpl.h"
 #include "TContainer.h"
-#include "container/TContainerImpl.h"
 #include "TOSSpecific.h"
 #include "log/ZelLog.h"
+#include "cim/ZelText.h"
 
 #include <functional>
 #include <tuple>
@@ -32,9 +32,9 @@ static TCIMInstance* ResolveInstance(const TCIMProperty& property) {
 // unless the declaration was renamed since. Spares a normalisation per property and key.
 static const std::string& NormalName(const std::string& key, const TCIMPropertyDecl& decl,
                                      std::string& renamed) {
-  if (TContainerImpl::IsNormalFormOf(key, decl.GetName()))
+  if (ZelIsNormalFormOf(key, decl.GetName()))
     return key;
-  renamed = TContainerImpl::NormalizeName(decl.GetName());
+  renamed = ZelNormalizeName(decl.GetName());
   return renamed;
 }
 
@@ -106,7 +106,7 @@ TCIMProperty& TCIMInstanceImpl::GetProperty(const std::string& name) {
 }
 
 TCIMProperty* TCIMInstanceImpl::FindProperty(const std::string& name) {
-  TPropertyMap::iterator it = fProperties.find(TContainerImpl::NormalizeName(name));
+  TPropertyMap::iterator it = fProperties.find(ZelNormalName(name).View());
   return it == fProperties.end() ? 0 : &it->second;
 }
 
@@ -123,7 +123,7 @@ TCIMReference TCIMInstanceImpl::BuildPath() const {
   path.SetClass(*fClass);
   std::vector<std::string> keys = fClass->EnumerateKeyNames();
   for (std::vector<std::string>::iterator key = keys.begin(); key != keys.end(); ++key)
-    path.AddKeyValue(*key, fProperties.find(TContainerImpl::NormalizeName(*key))->second.GetValue());
+    path.AddKeyValue(*key, fProperties.find(ZelNormalName(*key).View())->second.GetValue());
   return path;
 }
 
@@ -132,7 +132,14 @@ TCIMReference TCIMInstanceImpl::BuildPath() const {
 // declaration renamed since it was filed, key names declared out of the order of their
 // normalised forms (bindings sort by the declared names), a value of another type.
 std::string TCIMInstanceImpl::PathText() const {
-  std::string path = fClass->GetName();
+  std::string path;
+  AppendPathText(path);
+  return path;
+}
+
+void TCIMInstanceImpl::AppendPathText(std::string& path) const {
+  std::string::size_type start = path.size();
+  path += fClass->GetName();
   const std::string* previous = 0;
   const TCIMClassImpl::TPropertyDeclMap& decls = fClass->GetBody()->PropertyDecls();
   for (TCIMClassImpl::TPropertyDeclMap::const_iterator key = decls.begin(); key != decls.end();
@@ -142,10 +149,12 @@ std::string TCIMInstanceImpl::PathText() const {
       continue;
     const std::string& name = decl.GetName();
     TPropertyMap::const_iterator it = fProperties.find(key->first);
-    if (!TContainerImpl::IsNormalFormOf(key->first, name) || (previous && !(*previous < name)) ||
+    if (!ZelIsNormalFormOf(key->first, name) || (previous && !(*previous < name)) ||
         it == fProperties.end() ||
-        it->second.GetBody()->CurrentValue().GetType() != decl.GetType())
-      return BuildPath().GetPath();
+        it->second.GetBody()->CurrentValue().GetType() != decl.GetType()) {
+      path.replace(start, std::string::npos, BuildPath().GetPath());
+      return;
+    }
     if (!previous)
       path += '.';
     ZelAppendKeyBinding(path, name, it->second.GetBody()->CurrentValue());
@@ -153,7 +162,6 @@ std::string TCIMInstanceImpl::PathText() const {
   }
   if (previous)
     path.erase(path.size() - 1);  // the last binding's comma
-  return path;
 }
 
 std::vector<TCIMInstance*> TCIMInstanceImpl::Associators(const std::string& assocClass,
@@ -169,7 +177,7 @@ std::vector<TCIMInstance*> TCIMInstanceImpl::Associators(const std::string& asso
     std::vector<const TCIMProperty*> ends = (*link)->EnumerateProperties();
     for (std::vector<const TCIMProperty*>::iterator end = ends.begin(); end != ends.end(); ++end) {
       if (!resultRole.empty() &&
-          TContainerImpl::NormalizeName((*end)->GetName()) != TContainerImpl::NormalizeName(resultRole))
+          !ZelSameName((*end)->GetName(), resultRole))
         continue;
       TCIMInstance* other = ResolveInstance(**end);
       if (other && other != &fOwner && other->GetClass().IsSubclassOf(result))
@@ -190,8 +198,7 @@ std::vector<TCIMInstance*> TCIMInstanceImpl::References(const std::string& resul
       std::vector<const TCIMProperty*> ends = (*link)->EnumerateProperties();
       for (std::vector<const TCIMProperty*>::iterator end = ends.begin(); end != ends.end();
            ++end) {
-        bool named = role.empty() || TContainerImpl::NormalizeName((*end)->GetName()) ==
-                                         TContainerImpl::NormalizeName(role);
+        bool named = role.empty() || ZelSameName((*end)->GetName(), role);
         if (named && ResolveInstance(**end) == &fOwner) {
           found.push_back(*link);
           break;

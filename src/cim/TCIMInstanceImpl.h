@@ -6,6 +6,7 @@
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -16,7 +17,7 @@ class TCIMValue;
 class TCIMInstanceImpl : public TCIMElementImpl {
 public:
   /// Normalised property name to the property, held by value.
-  typedef std::map<std::string, TCIMProperty> TPropertyMap;
+  typedef std::map<std::string, TCIMProperty, std::less<> > TPropertyMap;
 
   TCIMInstanceImpl(TCIMInstance& owner, TCIMClass* cls);
   virtual ~TCIMInstanceImpl();
@@ -35,6 +36,8 @@ public:
   TCIMReference BuildPath() const;
   /// BuildPath().GetPath(), made without the reference and its copies of the key values.
   std::string PathText() const;
+  /// The same text, appended.
+  void AppendPathText(std::string& path) const;
   std::vector<TCIMInstance*> Associators(const std::string& assocClass,
                                          const std::string& resultClass,
                                          const std::string& role,

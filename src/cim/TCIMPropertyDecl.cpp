@@ -3,7 +3,7 @@
 
 #include "cim/TCIMPropertyDeclImpl.h"
 #include "TZELException.h"
-#include "cim/ZelNamedMap.h"
+#include "cim/ZelText.h"
 
 TCIMPropertyDecl::TCIMPropertyDecl(const std::string& name, TCIMClass& cls, const TCIMValue& value)
     : fBody(new TCIMPropertyDeclImpl(*this, name, cls, value)) {}

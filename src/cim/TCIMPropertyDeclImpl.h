@@ -21,17 +21,7 @@ public:
   const TCIMValue& GetValue() const { return fValue; }
   void SetValue(const TCIMValue& value) { fValue = value; }
   TCIMClass& GetClass() const { return fClass; }
-  void AddQualifier(TCIMQualifier& qualifier) { ZelAddQualifier(fQualifiers, qualifier); }
-  TCIMQualifier& GetQualifier(const std::string& name) const {
-    return ZelGetQualifier(fQualifiers, name);
-  }
-  TCIMQualifier* FindQualifier(const std::string& name) const {
-    return ZelFindQualifier(fQualifiers, name);
-  }
-  std::vector<TCIMQualifier*> EnumerateQualifiers() const {
-    return ZelEnumerateQualifiers(fQualifiers);
-  }
-  void RemoveQualifier(TCIMQualifier& qualifier) { ZelRemoveQualifier(fQualifiers, qualifier); }
+  ZEL_QUALIFIER_OPERATIONS
   /// True when the declaration carries a non-NULL true "KEY" qualifier.
   bool IsKey() const { return ZelQualifierIsTrue(fQualifiers, "key"); }
 

@@ -2,7 +2,7 @@
 #include "TCIMQualifier.h"
 
 #include "cim/TCIMQualifierImpl.h"
-#include "cim/ZelNamedMap.h"
+#include "cim/ZelText.h"
 
 #include <boost/make_shared.hpp>
 

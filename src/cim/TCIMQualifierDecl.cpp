@@ -2,7 +2,7 @@
 #include "TCIMQualifierDecl.h"
 
 #include "cim/TCIMQualifierDeclImpl.h"
-#include "cim/ZelNamedMap.h"
+#include "cim/ZelText.h"
 
 TCIMQualifierDecl::TCIMQualifierDecl(TContainer& container)
     : fBody(new TCIMQualifierDeclImpl(*this, container, std::string(), TCIMValue(),

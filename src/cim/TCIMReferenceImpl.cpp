@@ -5,6 +5,7 @@
 #include "TCIMInstance.h"
 #include "TCIMPropertyDecl.h"
 #include "cim/TCIMPropertyDeclImpl.h"
+#include "cim/TCIMValueImpl.h"
 #include "TContainer.h"
 #include "log/ZelLog.h"
 
@@ -14,8 +15,14 @@ void ZelAppendKeyBinding(std::string& path, std::string const& name, TCIMValue c
   path += name;
   path += "=\"";
   if (!value.IsNull())
-    path += value.ToString(10);
+    TCIMValueImpl::AppendText(path, value);
   path += "\",";
+}
+
+std::string& ZelPathBuffer() {
+  static thread_local std::string buffer;
+  buffer.clear();
+  return buffer;
 }
 
 TCIMReferenceImpl::TCIMReferenceImpl(TCIMReference& owner, TContainer const* container)
@@ -83,15 +90,20 @@ void TCIMReferenceImpl::SetKeyBindings(TCIMReference::TKeyBindings const& bindin
 }
 
 std::string TCIMReferenceImpl::GetPath() const {
-  std::string path = GetClassName();
+  std::string path;
+  AppendPath(path);
+  return path;
+}
+
+void TCIMReferenceImpl::AppendPath(std::string& path) const {
+  path += GetClass()->GetName();
   if (fKeyBindings.empty())
-    return path;
+    return;
   path += '.';
   for (TCIMReference::TKeyBindings::const_iterator it = fKeyBindings.begin();
        it != fKeyBindings.end(); ++it)
     ZelAppendKeyBinding(path, it->first, it->second);
   path.erase(path.size() - 1);
-  return path;
 }
 
 ICIMElement* TCIMReferenceImpl::GetCIMElement() {

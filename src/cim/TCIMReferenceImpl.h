@@ -15,6 +15,11 @@ class TContainer;
 /// as an empty text.
 void ZelAppendKeyBinding(std::string& path, std::string const& name, TCIMValue const& value);
 
+/// A buffer this thread keeps, emptied, for a path text that is only looked up or copied
+/// once: its room stays for the next. For the outermost caller only, never while a path is
+/// being built in it.
+std::string& ZelPathBuffer();
+
 class TCIMReferenceImpl {
 public:
   TCIMReferenceImpl(TCIMReference& owner, TContainer const* container);
@@ -32,6 +37,8 @@ public:
   TCIMReference::TKeyBindings const& EnumerateKeyBindings() const { return fKeyBindings; }
   void SetKeyBindings(TCIMReference::TKeyBindings const& bindings);
   std::string GetPath() const;
+  /// The same text, appended.
+  void AppendPath(std::string& path) const;
   ICIMElement* GetCIMElement();
   bool operator==(TCIMReferenceImpl const& other) const;
   bool operator<(TCIMReferenceImpl const& other) const;

@@ -8,6 +8,7 @@
 
 #include <ostream>
 #include <string_view>
+#include <type_traits>
 
 typedef TCIMValue::TCIMType T;
 
@@ -22,6 +23,20 @@ static const T::ECIMType kNamedTypes[] = {T::kUint8,  T::kSint8,  T::kUint16,  T
                                           T::kUint32, T::kSint32, T::kUint64,  T::kSint64,
                                           T::kReal32, T::kReal64, T::kString,  T::kBoolean,
                                           T::kDateTime};
+
+// What stream extraction reads as a number of that type; uint8 and sint8 are read wide, then
+// truncated to 8 bits.
+template <class Number>
+static Number ReadNumber(std::string const& text) {
+  if constexpr (std::is_same<Number, bool>::value)
+    return ZelReadBool(text);
+  else if constexpr (std::is_same<Number, unsigned char>::value)
+    return static_cast<unsigned char>(ZelReadNumber<unsigned int>(text));
+  else if constexpr (std::is_same<Number, signed char>::value)
+    return static_cast<signed char>(ZelReadNumber<int>(text));
+  else
+    return ZelReadNumber<Number>(text);
+}
 
 // ---- TCIMValue::TCIMType -------------------------------------------------------------------
 
@@ -118,39 +133,6 @@ TCIMValue::TCIMValue(TCIMType type, unsigned int size, std::vector<TCIMValue> co
 TCIMValue::TCIMValue(TCIMType type, std::string& text, TContainer& container)
     : fType(T::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
   switch (static_cast<T::ECIMType>(type)) {
-  case T::kBoolean:
-    Set(ZelReadBool(text));
-    break;
-  case T::kUint8: // Read wide, then truncated to 8 bits.
-    Set(static_cast<unsigned char>(ZelReadNumber<unsigned int>(text)));
-    break;
-  case T::kSint8:
-    Set(static_cast<signed char>(ZelReadNumber<int>(text)));
-    break;
-  case T::kUint16:
-    Set(ZelReadNumber<unsigned short>(text));
-    break;
-  case T::kSint16:
-    Set(ZelReadNumber<short>(text));
-    break;
-  case T::kUint32:
-    Set(ZelReadNumber<unsigned int>(text));
-    break;
-  case T::kSint32:
-    Set(ZelReadNumber<int>(text));
-    break;
-  case T::kUint64:
-    Set(ZelReadNumber<unsigned long>(text));
-    break;
-  case T::kSint64:
-    Set(ZelReadNumber<long>(text));
-    break;
-  case T::kReal32:
-    Set(ZelReadNumber<float>(text));
-    break;
-  case T::kReal64:
-    Set(ZelReadNumber<double>(text));
-    break;
   case T::kString:
     Set(text);
     break;
@@ -161,7 +143,11 @@ TCIMValue::TCIMValue(TCIMType type, std::string& text, TContainer& container)
     Set(TCIMReference(&container, text));
     break;
   default:
-    throw TZELException(zelStatusTypeMismatch);
+    if (type < T::kBoolean || type > T::kReal64)
+      throw TZELException(zelStatusTypeMismatch);
+    ZelWithNumericType(type, [&](auto* native) {
+      Set(ReadNumber<std::remove_pointer_t<decltype(native)> >(text));
+    });
   }
 }
 

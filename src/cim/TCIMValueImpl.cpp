@@ -4,7 +4,9 @@
 #include "TZELException.h"
 
 #include <cmath>
+#include <cstring>
 #include <sstream>
+#include <type_traits>
 
 typedef TCIMValue::TCIMType T;
 
@@ -48,6 +50,13 @@ TCIMValueImpl::operator TCIMDateTime() const { TypeMismatch(); }
 TCIMValueImpl::operator TCIMReference() const { TypeMismatch(); }
 TCIMValueImpl::operator std::vector<TCIMValue>&() { TypeMismatch(); }
 
+void TCIMValueImpl::AppendText(std::string& out, TCIMValue const& value) {
+  if (value.GetType() == T::kString)
+    out += BodyOf<TCIMStringValueImpl>(value).fValue;
+  else
+    out += value.ToString(10);
+}
+
 // ---- TCIMNumericValueImpl ------------------------------------------------------------------
 
 #define ZEL_NUMERIC_BODY(native, type, field)                                                 \
@@ -77,144 +86,79 @@ ZEL_NUMERIC_BODY(double, T::kReal64, fReal64)
 TCIMNumericValueImpl::TCIMNumericValueImpl(TCIMNumericValueImpl const& other)
     : TCIMValueImpl(), fType(other.fType), fStorage(other.fStorage) {}
 
-std::string TCIMNumericValueImpl::ToString(unsigned char radix) const {
-  if (radix != 10 && radix != 16 && radix != 8)
-    throw TZELException(zelStatusNotSupported);
-  switch (fType) {
-  case T::kBoolean:
-    return fStorage.fBoolean ? "true" : "false";
-  case T::kUint8:
-    return UnsignedText(fStorage.fUint8, radix);
-  case T::kUint16:
-    return UnsignedText(fStorage.fUint16, radix);
-  case T::kUint32:
-    return UnsignedText(fStorage.fUint32, radix);
-  case T::kUint64:
-    return UnsignedText(fStorage.fUint64, radix);
-  default:
-    break;
-  }
-  if (radix != 10) // Signed and real numbers print in decimal only.
-    throw TZELException(zelStatusNotSupported);
-  switch (fType) {
-  case T::kSint8:
-    return std::to_string(static_cast<int>(fStorage.fSint8));
-  case T::kSint16:
-    return std::to_string(fStorage.fSint16);
-  case T::kSint32:
-    return std::to_string(fStorage.fSint32);
-  case T::kSint64:
-    return std::to_string(fStorage.fSint64);
-  case T::kReal32:
-    return RealText(fStorage.fReal32);
-  case T::kReal64:
-    return RealText(fStorage.fReal64);
-  default:
-    throw TZELException(zelStatusNotImplemented);
+// Every member of the storage starts at its first byte.
+template <class Number>
+Number TCIMNumericValueImpl::Stored() const {
+  Number value;
+  std::memcpy(&value, &fStorage, sizeof value);
+  return value;
+}
+
+// Booleans print as words in any radix, unsigned integers in the radix; signed and real
+// numbers in decimal only.
+template <class Number>
+static std::string NumberText(Number value, unsigned char radix) {
+  if constexpr (std::is_same<Number, bool>::value) {
+    return value ? "true" : "false";
+  } else if constexpr (std::is_unsigned<Number>::value) {
+    return UnsignedText(value, radix);
+  } else {
+    if (radix != 10)
+      throw TZELException(zelStatusNotSupported);
+    if constexpr (std::is_floating_point<Number>::value)
+      return RealText(value);
+    else
+      return std::to_string(static_cast<long>(value));  // sint8 as a number, not a character
   }
 }
 
 // Reals are equal only when neither is less than the other and neither is NaN.
-template <class Real>
-static bool RealEqual(Real a, Real b) {
-  return !(a < b) && !(b < a) && !std::isnan(a) && !std::isnan(b);
+template <class Number>
+static bool NumberEqual(Number a, Number b) {
+  if constexpr (std::is_floating_point<Number>::value)
+    return !(a < b) && !(b < a) && !std::isnan(a) && !std::isnan(b);
+  else
+    return a == b;
+}
+
+std::string TCIMNumericValueImpl::ToString(unsigned char radix) const {
+  if (radix != 10 && radix != 16 && radix != 8)
+    throw TZELException(zelStatusNotSupported);
+  return ZelWithNumericType(fType, [&](auto* type) {
+    return NumberText(Stored<std::remove_pointer_t<decltype(type)> >(), radix);
+  });
 }
 
 bool TCIMNumericValueImpl::operator==(TCIMValue const& otherValue) const {
   TCIMNumericValueImpl const& other = BodyOf<TCIMNumericValueImpl>(otherValue);
-  switch (fType) {
-  case T::kBoolean:
-  case T::kUint8:
-  case T::kSint8:
-    return fStorage.fUint8 == other.fStorage.fUint8;
-  case T::kUint16:
-  case T::kSint16:
-    return fStorage.fUint16 == other.fStorage.fUint16;
-  case T::kUint32:
-  case T::kSint32:
-    return fStorage.fUint32 == other.fStorage.fUint32;
-  case T::kUint64:
-  case T::kSint64:
-    return fStorage.fUint64 == other.fStorage.fUint64;
-  case T::kReal32:
-    return RealEqual(fStorage.fReal32, other.fStorage.fReal32);
-  case T::kReal64:
-    return RealEqual(fStorage.fReal64, other.fStorage.fReal64);
-  default:
-    throw TZELException(zelStatusNotImplemented);
-  }
+  return ZelWithNumericType(fType, [&](auto* type) {
+    typedef std::remove_pointer_t<decltype(type)> Number;
+    return NumberEqual(Stored<Number>(), other.Stored<Number>());
+  });
 }
 
+// Each by the sign of its type; booleans as unsigned bytes.
 bool TCIMNumericValueImpl::operator<(TCIMValue const& otherValue) const {
   TCIMNumericValueImpl const& other = BodyOf<TCIMNumericValueImpl>(otherValue);
-  switch (fType) {
-  case T::kBoolean:
-  case T::kUint8:
-    return fStorage.fUint8 < other.fStorage.fUint8;
-  case T::kSint8:
-    return fStorage.fSint8 < other.fStorage.fSint8;
-  case T::kUint16:
-    return fStorage.fUint16 < other.fStorage.fUint16;
-  case T::kSint16:
-    return fStorage.fSint16 < other.fStorage.fSint16;
-  case T::kUint32:
-    return fStorage.fUint32 < other.fStorage.fUint32;
-  case T::kSint32:
-    return fStorage.fSint32 < other.fStorage.fSint32;
-  case T::kUint64:
-    return fStorage.fUint64 < other.fStorage.fUint64;
-  case T::kSint64:
-    return fStorage.fSint64 < other.fStorage.fSint64;
-  case T::kReal32:
-    return fStorage.fReal32 < other.fStorage.fReal32;
-  case T::kReal64:
-    return fStorage.fReal64 < other.fStorage.fReal64;
-  default:
-    throw TZELException(zelStatusNotImplemented);
-  }
+  return ZelWithNumericType(fType, [&](auto* type) {
+    typedef std::remove_pointer_t<decltype(type)> Number;
+    return Stored<Number>() < other.Stored<Number>();
+  });
 }
 
-// ---- TCIMStringValueImpl -------------------------------------------------------------------
+// ---- String, datetime and reference bodies ---------------------------------------------------
 
-TCIMStringValueImpl::operator std::string() const { return fValue; }
+template <>
+std::string TCIMHeldValueImpl<std::string>::ToString(unsigned char) const { return fValue; }
 
-std::string TCIMStringValueImpl::ToString(unsigned char) const { return fValue; }
-
-bool TCIMStringValueImpl::operator==(TCIMValue const& other) const {
-  return fValue == BodyOf<TCIMStringValueImpl>(other).fValue;
+template <>
+std::string TCIMHeldValueImpl<TCIMDateTime>::ToString(unsigned char) const {
+  return fValue.ToString();
 }
 
-bool TCIMStringValueImpl::operator<(TCIMValue const& other) const {
-  // std::string orders by unsigned bytes, then by length.
-  return fValue < BodyOf<TCIMStringValueImpl>(other).fValue;
-}
-
-// ---- TCIMDateTimeValueImpl -----------------------------------------------------------------
-
-TCIMDateTimeValueImpl::operator TCIMDateTime() const { return fValue; }
-
-std::string TCIMDateTimeValueImpl::ToString(unsigned char) const { return fValue.ToString(); }
-
-bool TCIMDateTimeValueImpl::operator==(TCIMValue const& other) const {
-  return fValue == BodyOf<TCIMDateTimeValueImpl>(other).fValue;
-}
-
-bool TCIMDateTimeValueImpl::operator<(TCIMValue const& other) const {
-  return fValue < BodyOf<TCIMDateTimeValueImpl>(other).fValue;
-}
-
-// ---- TCIMReferenceValueImpl ----------------------------------------------------------------
-
-TCIMReferenceValueImpl::operator TCIMReference() const { return fValue; }
-
-std::string TCIMReferenceValueImpl::ToString(unsigned char) const { return fValue.GetPath(); }
-
-bool TCIMReferenceValueImpl::operator==(TCIMValue const& other) const {
-  return fValue == BodyOf<TCIMReferenceValueImpl>(other).fValue;
-}
-
-bool TCIMReferenceValueImpl::operator<(TCIMValue const& other) const {
-  return fValue < BodyOf<TCIMReferenceValueImpl>(other).fValue;
+template <>
+std::string TCIMHeldValueImpl<TCIMReference>::ToString(unsigned char) const {
+  return fValue.GetPath();
 }
 
 // ---- TCIMArrayValueImpl --------------------------------------------------------------------

@@ -5,11 +5,45 @@
 
 #include "TCIMDateTime.h"
 #include "TCIMValue.h"
+#include "TZELException.h"
 
 #include <string>
 #include <vector>
 
 #include "TCIMReference.h"
+
+/// Calls work with a null pointer to the native type of a numeric CIM type, boolean to
+/// real64, and returns its answer; any other type throws zelStatusNotImplemented.
+template <class Work>
+auto ZelWithNumericType(TCIMValue::TCIMType::ECIMType type, Work work) {
+  typedef TCIMValue::TCIMType T;
+  switch (type) {
+  case T::kBoolean:
+    return work(static_cast<bool*>(0));
+  case T::kUint8:
+    return work(static_cast<unsigned char*>(0));
+  case T::kSint8:
+    return work(static_cast<signed char*>(0));
+  case T::kUint16:
+    return work(static_cast<unsigned short*>(0));
+  case T::kSint16:
+    return work(static_cast<short*>(0));
+  case T::kUint32:
+    return work(static_cast<unsigned int*>(0));
+  case T::kSint32:
+    return work(static_cast<int*>(0));
+  case T::kUint64:
+    return work(static_cast<unsigned long*>(0));
+  case T::kSint64:
+    return work(static_cast<long*>(0));
+  case T::kReal32:
+    return work(static_cast<float*>(0));
+  case T::kReal64:
+    return work(static_cast<double*>(0));
+  default:
+    throw TZELException(zelStatusNotImplemented);
+  }
+}
 
 class TCIMValueImpl {
 public:
@@ -36,6 +70,8 @@ public:
 
   /// A deep copy of this body, whose value has the given type.
   TCIMValueImpl* Clone(TCIMValue::TCIMType type) const;
+  /// Appends value.ToString(10) of a non-NULL value; a string's own text, uncopied.
+  static void AppendText(std::string& out, TCIMValue const& value);
 
 protected:
   /// The body of a value known to hold one of this kind.
@@ -90,45 +126,41 @@ private:
     double fReal64;
   };
 
+  /// The stored number, read as Number: the member of that type.
+  template <class Number>
+  Number Stored() const;
+
   TCIMValue::TCIMType fType;
   TStorage fStorage;
 };
 
-class TCIMStringValueImpl : public TCIMValueImpl {
+/// The body of the types held as one object of their own (string, datetime, reference):
+/// it yields a copy and compares through the object's own operators.
+template <class Native>
+class TCIMHeldValueImpl : public TCIMValueImpl {
 public:
-  explicit TCIMStringValueImpl(std::string const& value) : fValue(value) {}
-  operator std::string() const override;
+  explicit TCIMHeldValueImpl(Native const& value) : fValue(value) {}
+  operator Native() const override { return fValue; }
   std::string ToString(unsigned char radix) const override;
-  bool operator==(TCIMValue const& other) const override;
-  bool operator<(TCIMValue const& other) const override;
+  bool operator==(TCIMValue const& other) const override {
+    return fValue == BodyOf<TCIMHeldValueImpl>(other).fValue;
+  }
+  bool operator<(TCIMValue const& other) const override {
+    return fValue < BodyOf<TCIMHeldValueImpl>(other).fValue;  // strings: unsigned bytes, then length
+  }
 
 private:
-  std::string fValue;
+  friend class TCIMValueImpl;  // AppendText reads a string in place.
+  Native fValue;
 };
 
-class TCIMDateTimeValueImpl : public TCIMValueImpl {
-public:
-  explicit TCIMDateTimeValueImpl(TCIMDateTime const& value) : fValue(value) {}
-  operator TCIMDateTime() const override;
-  std::string ToString(unsigned char radix) const override;
-  bool operator==(TCIMValue const& other) const override;
-  bool operator<(TCIMValue const& other) const override;
+template <> std::string TCIMHeldValueImpl<std::string>::ToString(unsigned char) const;
+template <> std::string TCIMHeldValueImpl<TCIMDateTime>::ToString(unsigned char) const;
+template <> std::string TCIMHeldValueImpl<TCIMReference>::ToString(unsigned char) const;
 
-private:
-  TCIMDateTime fValue;
-};
-
-class TCIMReferenceValueImpl : public TCIMValueImpl {
-public:
-  explicit TCIMReferenceValueImpl(TCIMReference const& value) : fValue(value) {}
-  operator TCIMReference() const override;
-  std::string ToString(unsigned char radix) const override;
-  bool operator==(TCIMValue const& other) const override;
-  bool operator<(TCIMValue const& other) const override;
-
-private:
-  TCIMReference fValue;
-};
+typedef TCIMHeldValueImpl<std::string> TCIMStringValueImpl;
+typedef TCIMHeldValueImpl<TCIMDateTime> TCIMDateTimeValueImpl;
+typedef TCIMHeldValueImpl<TCIMReference> TCIMReferenceValueImpl;
 
 class TCIMArrayValueImpl : public TCIMValueImpl {
 public:

@@ -3,7 +3,7 @@
 #ifndef ZELNAMEDMAP_H
 #define ZELNAMEDMAP_H
 
-#include "container/TContainerImpl.h"
+#include "cim/ZelText.h"
 
 #include <string>
 #include <utility>
@@ -13,7 +13,7 @@
 template <class Map>
 std::pair<typename Map::const_iterator, bool> ZelLookup(Map const& map,
                                                         std::string const& name) {
-  typename Map::const_iterator it = map.find(TContainerImpl::NormalizeName(name));
+  typename Map::const_iterator it = map.find(ZelNormalName(name).View());
   return std::make_pair(it, it != map.end());
 }
 
@@ -38,14 +38,6 @@ std::vector<typename Map::mapped_type::element_type*> ZelEnumerate(Map const& ma
   std::vector<typename Map::mapped_type::element_type*> objects;
   ZelAppendAll(map, objects);
   return objects;
-}
-
-/// Names compared after normalisation, as std::string compares.
-inline bool ZelSameName(std::string const& left, std::string const& right) {
-  return TContainerImpl::NormalizeName(left) == TContainerImpl::NormalizeName(right);
-}
-inline bool ZelNameBefore(std::string const& left, std::string const& right) {
-  return TContainerImpl::NormalizeName(left) < TContainerImpl::NormalizeName(right);
 }
 
 #endif

@@ -8,7 +8,7 @@
 #include <utility>
 
 void ZelAddQualifier(TQualifierMap& qualifiers, TCIMQualifier& qualifier) {
-  std::string key = TContainerImpl::NormalizeName(qualifier.GetName());
+  std::string key = ZelNormalizeName(qualifier.GetName());
   // One search: the place found is where the new qualifier goes.
   TQualifierMap::iterator position = qualifiers.lower_bound(key);
   if (position != qualifiers.end() && position->first == key) {
@@ -58,7 +58,7 @@ bool ZelQualifierIsTrue(TCIMQualifier const* qualifier) {
          static_cast<bool>(value);
 }
 
-bool ZelQualifierIsTrue(TQualifierMap const& qualifiers, std::string const& normalName) {
+bool ZelQualifierIsTrue(TQualifierMap const& qualifiers, std::string_view normalName) {
   TQualifierMap::const_iterator it = qualifiers.find(normalName);
   return ZelQualifierIsTrue(it == qualifiers.end() ? 0 : it->second.get());
 }

@@ -6,12 +6,14 @@
 #include "TCIMQualifier.h"
 
 #include <boost/shared_ptr.hpp>
+#include <functional>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// Normalised qualifier name to the owned qualifier.
-typedef std::map<std::string, boost::shared_ptr<TCIMQualifier> > TQualifierMap;
+typedef std::map<std::string, boost::shared_ptr<TCIMQualifier>, std::less<> > TQualifierMap;
 
 /// Inserts the very object passed, replacing an overridable qualifier of the same name;
 /// zelStatusNotOverridable over another one unless value and flavors are equal (no-op).
@@ -26,6 +28,21 @@ void ZelRemoveQualifier(TQualifierMap& qualifiers, TCIMQualifier& qualifier);
 bool ZelQualifierIsTrue(TCIMQualifier const* qualifier);
 /// The same by name, given normalised ("key"): these tests run for every key of every
 /// instance.
-bool ZelQualifierIsTrue(TQualifierMap const& qualifiers, std::string const& normalName);
+bool ZelQualifierIsTrue(TQualifierMap const& qualifiers, std::string_view normalName);
+
+/// The qualifier operations of a body that keeps its qualifiers in a TQualifierMap named
+/// fQualifiers, forwarded to the functions above; declared inside the body's class.
+#define ZEL_QUALIFIER_OPERATIONS                                                            \
+  void AddQualifier(TCIMQualifier& qualifier) { ZelAddQualifier(fQualifiers, qualifier); }  \
+  TCIMQualifier& GetQualifier(const std::string& name) const {                              \
+    return ZelGetQualifier(fQualifiers, name);                                              \
+  }                                                                                         \
+  TCIMQualifier* FindQualifier(const std::string& name) const {                             \
+    return ZelFindQualifier(fQualifiers, name);                                             \
+  }                                                                                         \
+  std::vector<TCIMQualifier*> EnumerateQualifiers() const {                                 \
+    return ZelEnumerateQualifiers(fQualifiers);                                             \
+  }                                                                                         \
+  void RemoveQualifier(TCIMQualifier& qualifier) { ZelRemoveQualifier(fQualifiers, qualifier); }
 
 #endif

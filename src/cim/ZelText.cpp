@@ -1,11 +1,112 @@
-// Number and boolean texts read as stream extraction reads them, without the stream.
+// Names normalised, and number and boolean texts read as stream extraction reads them,
+// without the stream.
 #include "cim/ZelText.h"
 
+#include "log/ZelLog.h"
+
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <locale.h>
 #include <type_traits>
+
+// Each byte's lower-case form where it may stand in a CIM name, else 0. Names are judged as
+// in the C library's default locale, where only ASCII letters and digits are letters and
+// digits; a table rather than tolower/isalnum, since every lookup of the model comes here.
+namespace {
+struct TNameBytes {
+  char fLower[256];
+  constexpr TNameBytes() : fLower() {
+    for (int c = 'a'; c <= 'z'; ++c) {
+      fLower[c] = static_cast<char>(c);
+      fLower[c - 'a' + 'A'] = static_cast<char>(c);
+    }
+    for (int c = '0'; c <= '9'; ++c)
+      fLower[c] = static_cast<char>(c);  // not first: tested apart
+    fLower[static_cast<unsigned char>('_')] = '_';
+  }
+};
+}  // namespace
+
+static constexpr TNameBytes kNameBytes;
+
+// Eight bytes at a time, each byte a lane: lanes holding a byte from low to high, given
+// ASCII lanes (the high bit clear, so no sum carries into the next lane).
+static uint64_t LanesIn(uint64_t bytes, unsigned char low, unsigned char high) {
+  const uint64_t kOnes = 0x0101010101010101, kHighBits = 0x8080808080808080;
+  return (bytes + kOnes * (0x80 - low)) & ~(bytes + kOnes * (0x7f - high)) & kHighBits;
+}
+
+// Lowers eight ASCII bytes; false when one may not stand in a name.
+static bool LowerEight(uint64_t& bytes) {
+  const uint64_t kOnes = 0x0101010101010101, kHighBits = 0x8080808080808080;
+  if (bytes & kHighBits)
+    return false;
+  bytes |= LanesIn(bytes, 'A', 'Z') >> 2;  // the high bit moved to 0x20
+  uint64_t underscore = bytes ^ (kOnes * '_');
+  underscore = ~(((underscore & ~kHighBits) + ~kHighBits) | underscore | ~kHighBits);
+  return (LanesIn(bytes, 'a', 'z') | LanesIn(bytes, '0', '9') | underscore) == kHighBits;
+}
+
+[[noreturn, gnu::cold]] static void InvalidName(const std::string& name) {
+  ZelFail(zelStatusInvalidCIMName, "CIM name '" + name + "' is invalid");
+}
+
+// Writes the normal form of name to out, which has room for it: a name of eight bytes or
+// more in blocks of eight, the last one ending at the end and overlapping the one before; a
+// shorter one byte by byte.
+static void Normalize(const std::string& name, char* out) {
+  const char* in = name.data();
+  std::string::size_type size = name.size();
+  bool valid = size == 0 || in[0] < '0' || in[0] > '9';
+  uint64_t bytes;
+  if (size >= 8) {
+    for (std::string::size_type i = 0; i < size - 8; i += 8) {
+      std::memcpy(&bytes, in + i, 8);
+      valid &= LowerEight(bytes);
+      std::memcpy(out + i, &bytes, 8);
+    }
+    std::memcpy(&bytes, in + size - 8, 8);
+    valid &= LowerEight(bytes);
+    std::memcpy(out + size - 8, &bytes, 8);
+  } else {
+    for (std::string::size_type i = 0; i < size; ++i) {
+      char c = kNameBytes.fLower[static_cast<unsigned char>(in[i])];
+      valid &= c != 0;
+      out[i] = c;
+    }
+  }
+  if (!valid)
+    InvalidName(name);
+}
+
+ZelNormalName::ZelNormalName(const std::string& name) {
+  char* out = fInline;
+  if (name.size() > sizeof fInline) {
+    fLong.resize(name.size());
+    out = &fLong[0];
+  }
+  Normalize(name, out);
+  fView = std::string_view(out, name.size());
+}
+
+std::string ZelNormalizeName(const std::string& name) {
+  std::string normal(name.size(), '\0');
+  Normalize(name, &normal[0]);
+  return normal;
+}
+
+// A byte the table does not know is 0, which a normal form never holds.
+bool ZelIsNormalFormOf(std::string_view normal, std::string_view name) {
+  if (normal.size() != name.size())
+    return false;
+  for (std::string_view::size_type i = 0; i < name.size(); ++i) {
+    if (kNameBytes.fLower[static_cast<unsigned char>(name[i])] != normal[i])
+      return false;
+  }
+  return true;
+}
 
 // The white space that extraction skips first.
 static const char* SkipSpace(const char* p) {

@@ -14,7 +14,7 @@
 // its one owner. A taken name leaves the object with the caller.
 template <class Map, class Object>
 static void Register(Map& map, Object& object, char const* kind) {
-  std::string key = TContainerImpl::NormalizeName(object.GetName());
+  std::string key = ZelNormalizeName(object.GetName());
   typename Map::iterator position = map.lower_bound(key);
   if (position != map.end() && position->first == key)
     ZelFail(zelStatusAlreadyExists,
@@ -39,29 +39,8 @@ void TContainerImpl::Initialize() {
   fRootClass = fOwner.AllocateClass("<root>", 0);
 }
 
-// Names are judged as in the C library's default locale, where only ASCII letters and digits
-// are letters and digits; tested inline rather than through tolower/isalnum, one call per
-// byte, since every lookup of the model comes through here.
 std::string TContainerImpl::NormalizeName(const std::string& name) {
-  std::string normal(name);
-  for (std::string::size_type i = 0; i < normal.size(); ++i) {
-    char c = ZelAsciiLower(normal[i]);
-    bool valid = c == '_' || (c >= 'a' && c <= 'z') || (i != 0 && c >= '0' && c <= '9');
-    if (!valid)
-      ZelFail(zelStatusInvalidCIMName, "CIM name '" + name + "' is invalid");
-    normal[i] = c;
-  }
-  return normal;
-}
-
-bool TContainerImpl::IsNormalFormOf(const std::string& normal, const std::string& name) {
-  if (normal.size() != name.size())
-    return false;
-  for (std::string::size_type i = 0; i < name.size(); ++i) {
-    if (ZelAsciiLower(name[i]) != normal[i])
-      return false;
-  }
-  return true;
+  return ZelNormalizeName(name);
 }
 
 void TContainerImpl::AddClass(TCIMClass& cls) { Register(fClasses, cls, "class"); }

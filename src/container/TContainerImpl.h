@@ -6,6 +6,7 @@
 #include "TContainer.h"
 
 #include <boost/shared_ptr.hpp>
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
@@ -17,18 +18,17 @@ class TCIMQualifierDecl;
 
 class TContainerImpl {
 public:
-  typedef std::map<std::string, boost::shared_ptr<TCIMQualifierDecl> > TQualifierDeclMap;
-  typedef std::map<std::string, boost::shared_ptr<TCIMClass> > TClassMap;
+  // Transparent order: a lookup passes the normal form as a view, making no string.
+  typedef std::map<std::string, boost::shared_ptr<TCIMQualifierDecl>, std::less<> >
+      TQualifierDeclMap;
+  typedef std::map<std::string, boost::shared_ptr<TCIMClass>, std::less<> > TClassMap;
 
   explicit TContainerImpl(TContainer& owner);
   /// Makes the root class through the owner's (virtual) factory.
   void Initialize();
 
-  /// Lower case, and a valid CIM name (or empty): zelStatusInvalidCIMName after one log
-  /// line otherwise. Every key stored or looked up goes through here.
+  /// ZelNormalizeName: lower case, and a valid CIM name (or empty).
   static std::string NormalizeName(const std::string& name);
-  /// Whether normal, a result of NormalizeName, is that of name; makes no string.
-  static bool IsNormalFormOf(const std::string& normal, const std::string& name);
 
   void AddClass(TCIMClass& cls);
   void AddQualifierDecl(TCIMQualifierDecl& decl);
