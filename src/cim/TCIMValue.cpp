@@ -109,7 +109,14 @@ TCIMValue::TCIMValue(TCIMDateTime const& value)
 
 TCIMValue::TCIMValue(TCIMReference const& value)
     : fType(T::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
-  Set(value);
+  try {
+    Set(value);
+  } catch (...) {
+    // Set keeps its new body when the class is missing; no destructor runs for an
+    // abandoned construction, so it goes here.
+    delete fBody;
+    throw;
+  }
 }
 
 TCIMValue::TCIMValue(TCIMType type, unsigned int size)

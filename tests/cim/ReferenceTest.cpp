@@ -112,6 +112,8 @@ TEST_F(ReferenceTest, ReferenceValuesResolveFirst) {
   EXPECT_ZEL_THROW(classless.Set(TCIMReference(&fContainer)), zelStatusInvalidReference);
   EXPECT_LOGGED("ZEL_Core: [Error] GetClass() called before container set");
   EXPECT_FALSE(classless.IsNull()); // The new body stays in place.
+  // The constructor fails the same way and leaves no body behind (the leak check sees it).
+  EXPECT_ZEL_THROW(TCIMValue{TCIMReference(&fContainer)}, zelStatusInvalidReference);
 
   std::string text = "Foo.Id=\"3\",Name=\"a\"";
   EXPECT_ZEL_THROW(TCIMValue(T::kReference, text, fContainer), zelStatusNotImplemented);
