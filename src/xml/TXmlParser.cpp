@@ -145,15 +145,66 @@ static bool InsertAttribute(TAttributeMap& attributes, TNodePool& spare, const c
   return attributes.size() != before;
 }
 
-static void RecycleAttributes(TAttributeMap& attributes, TNodePool& spare) {
-  while (!attributes.empty())
-    spare.push_back(attributes.extract(attributes.begin()));
+// Moves the nodes from `from` to the end of the map to the spare list.
+// The slot of a start tag's attribute map, from the name's length and its first and last
+// letters. Chosen so that the frequent CIM-XML elements with different attributes seldom
+// share a slot; sharing only costs the rebuild of the map.
+constexpr size_t kAttributeSlots = 16;
+
+static inline size_t AttributeSlot(const char* name, const char* nameEnd) {
+  size_t first = static_cast<unsigned char>(name[0] | 0x20),
+         last = static_cast<unsigned char>(nameEnd[-1] | 0x20);
+  return (static_cast<size_t>(nameEnd - name) + 4 * last + first) % kAttributeSlots;
 }
+
+static void RecycleAttributes(TAttributeMap& attributes, TAttributeMap::iterator from,
+                              TNodePool& spare) {
+  while (from != attributes.end())
+    spare.push_back(attributes.extract(from++));
+}
+
+// The map of the previous start tag is reused for the next: as long as the names come in
+// the order of its keys (as the tags of one kind do), only the values are assigned, and
+// the tree is not touched. The first name out of that order sends the rest of the old
+// nodes to the spare list and is inserted.
+namespace {
+class TAttributeFiller {
+public:
+  TAttributeFiller(TAttributeMap& attributes, TNodePool& spare)
+      : fAttributes(attributes), fSpare(spare), fNext(attributes.begin()), fInPlace(true) {}
+
+  // False when the name is there already.
+  bool Add(const char* name, size_t nameLength, const char* value, size_t valueLength) {
+    if (fInPlace) {
+      if (fNext != fAttributes.end() && fNext->first.size() == nameLength &&
+          std::memcmp(fNext->first.data(), name, nameLength) == 0) {
+        (fNext++)->second.assign(value, valueLength);
+        return true;
+      }
+      RecycleAttributes(fAttributes, fNext, fSpare);
+      fInPlace = false;
+    }
+    return InsertAttribute(fAttributes, fSpare, name, nameLength, value, valueLength);
+  }
+
+  // Drops what the tag did not name.
+  void Finish() {
+    if (fInPlace)
+      RecycleAttributes(fAttributes, fNext, fSpare);
+  }
+
+private:
+  TAttributeMap& fAttributes;
+  TNodePool& fSpare;
+  TAttributeMap::iterator fNext;
+  bool fInPlace;
+};
+}  // namespace
 
 // Reads the attributes of a start tag from just after its name; stops before "/", ">" or
 // anything not preceded by whitespace. Returns the message of the first error, or null;
-// pos is left at the end or at the offending byte.
-static const char* ReadAttributes(char*& pos, TAttributeMap& attributes, TNodePool& spare) {
+// pos is left at the end or at the offending byte. count is the number of attributes read.
+static const char* ReadAttributes(char*& pos, TAttributeFiller& attributes, size_t& count) {
   char* p = pos;
   for (;;) {
     char* name = SkipWhile(p, kSpace);
@@ -189,12 +240,13 @@ static const char* ReadAttributes(char*& pos, TAttributeMap& attributes, TNodePo
       return kInAttributeValue;
     }
     ZelAsciiLowerInPlace(name, nameEnd);
-    bool added = InsertAttribute(attributes, spare, name, nameEnd - name, value, p - value);
+    bool added = attributes.Add(name, nameEnd - name, value, p - value);
     ++p;
     if (!added) {
       pos = p;
       return kAttributeTwice;
     }
+    ++count;
   }
 }
 
@@ -336,7 +388,10 @@ bool TXmlParser::ParseMisc() {
 bool TXmlParser::ParseElement() {
   std::vector<TOpenElement> open;
   open.reserve(64);
-  TAttributeMap attributes;
+  // One map per slot of element names, so that a tag finds the names of the last tag of
+  // its kind in place; tags without attributes get the empty one and leave those alone.
+  TAttributeMap kept[kAttributeSlots];
+  TAttributeMap none;
   TNodePool spare;
   for (;;) {
     if (*fCurPos != '<') {
@@ -347,10 +402,16 @@ bool TXmlParser::ParseElement() {
     if (!ValidateName())
       return false;
     char* nameEnd = fCurPos;
-    if (const char* message = ReadAttributes(fCurPos, attributes, spare)) {
+    TAttributeMap& slot = kept[AttributeSlot(name, nameEnd)];
+    TAttributeFiller filler(slot, spare);
+    size_t count = 0;
+    if (const char* message = ReadAttributes(fCurPos, filler, count)) {
       FatalError(message);
       return false;
     }
+    if (count)
+      filler.Finish();
+    TAttributeMap& attributes = count ? slot : none;
     bool empty = *fCurPos == '/';
     if (empty)
       ++fCurPos;
@@ -365,7 +426,8 @@ bool TXmlParser::ParseElement() {
       if (empty)
         EndElement(name);
     }
-    RecycleAttributes(attributes, spare);
+    if (!none.empty())  // changed by the callback
+      RecycleAttributes(none, none.begin(), spare);
     if (!empty)
       open.push_back(TOpenElement{name, static_cast<size_t>(nameEnd - name)});
     else if (open.empty())
