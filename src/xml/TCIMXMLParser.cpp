@@ -16,6 +16,11 @@
 #include "log/ZelLog.h"
 #include "xml/ZelQualifierAttributes.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
 
 // Element and attribute names are compared as views: the length first, no strlen.
 using namespace std::string_view_literals;
@@ -26,11 +31,62 @@ static const char kUnknownDTDVersion[] = "Unknown DTD version";
 static const char kExpectedScope[] = "Expected SCOPE element";
 static const char kIncompatibleAttributes[] = "Incompatible attributes";
 
-// Element names arrive as written; states compare them in lower case.
+// Element names arrive as written; states compare them in lower case. Names are ASCII, so
+// eight bytes at a time: a byte is upper case when its low seven bits lie in 'A'..'Z'.
 static std::string LowerCaseName(const char* name) {
   std::string lower(name);
-  ZelAsciiLowerInPlace(lower);
+  char* p = &lower[0];
+  char* end = p + lower.size();
+  constexpr uint64_t kOnes = 0x0101010101010101ull, kHigh = 0x8080808080808080ull;
+  for (; end - p >= 8; p += 8) {
+    uint64_t word;
+    std::memcpy(&word, p, 8);
+    uint64_t seven = word & ~kHigh;
+    uint64_t atLeastA = seven + (0x80 - 'A') * kOnes, aboveZ = seven + (0x7f - 'Z') * kOnes;
+    word |= ((atLeastA ^ aboveZ) & ~word & kHigh) >> 2;
+    std::memcpy(p, &word, 8);
+  }
+  ZelAsciiLowerInPlace(p, end);
   return lower;
+}
+
+// Type names as the value type reads them, taken once from the type itself: the name of
+// each type that reads back as that type.
+namespace {
+struct TTypeNames {
+  std::string fNames[TCIMValue::TCIMType::kArray];
+  size_t fLongest = 0;
+
+  TTypeNames() {
+    for (int type = 0; type < TCIMValue::TCIMType::kArray; ++type) {
+      try {
+        TCIMValue::TCIMType::ECIMType ecim = TCIMValue::TCIMType::ECIMType(type);
+        std::string name = TCIMValue::TCIMType(ecim).ToString();
+        if (TCIMValue::TCIMType(name) == ecim) {
+          fLongest = std::max(fLongest, name.size());
+          fNames[type] = std::move(name);
+        }
+      } catch (TZELException const&) {
+      }
+    }
+  }
+};
+}  // namespace
+
+// What TCIMType(text) gives, without a copy of the text for the common names; anything
+// else is left to it, errors included.
+static TCIMValue::TCIMType TypeOfName(const std::string& text) {
+  static const TTypeNames types;
+  char lower[16];
+  if (text.size() <= std::min(types.fLongest, sizeof lower)) {
+    for (size_t i = 0; i < text.size(); ++i)
+      lower[i] = ZelAsciiLower(text[i]);
+    std::string_view name(lower, text.size());
+    for (int type = 0; type < TCIMValue::TCIMType::kArray; ++type)
+      if (!types.fNames[type].empty() && types.fNames[type] == name)
+        return TCIMValue::TCIMType::ECIMType(type);
+  }
+  return TCIMValue::TCIMType(text);
 }
 
 // A failure inside a state gets a line naming where it happened, then goes on bare.
@@ -191,7 +247,7 @@ bool TCIMXMLParser::HandleCIMType(TAttributeMap::const_iterator attribute,
                                   TCIMValue::TCIMType& type) {
   if (attribute->first != "type"sv)
     return false;
-  type = TCIMValue::TCIMType(attribute->second);
+  type = TypeOfName(attribute->second);
   return true;
 }
 

@@ -45,11 +45,12 @@ struct TZelStateAllocator {
 
 template <class State, class... Args>
 State& TCIMXMLParser::Push(TAttributeMap& attributes, Args&&... args) {
-  boost::shared_ptr<State> state =
-      boost::allocate_shared<State>(TZelStateAllocator<State>(), std::forward<Args>(args)...);
-  fStateStack.push_back(state);
-  state->HandleAttrs(*this, attributes);
-  return *state;
+  // Moved into the stack, not copied: no count is touched on the way.
+  fStateStack.push_back(
+      boost::allocate_shared<State>(TZelStateAllocator<State>(), std::forward<Args>(args)...));
+  State& state = static_cast<State&>(*fStateStack.back());
+  state.HandleAttrs(*this, attributes);
+  return state;
 }
 
 /// The fatal error of a state that finds the stack or its own phase not as it left them.

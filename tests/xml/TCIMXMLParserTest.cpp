@@ -229,6 +229,32 @@ TEST_F(CIMXMLParserTest, ParseValueReadsLikeTheValueTextConstructor) {
   }
 }
 
+// The TYPE attribute reads type names in any case; anything else is a type mismatch.
+TEST_F(CIMXMLParserTest, TypeAttributeReadsNamesInAnyCase) {
+  typedef TCIMValue::TCIMType T;
+  const struct {
+    char const* text;
+    T::ECIMType type;  // kNull: refused
+  } rows[] = {{"boolean", T::kBoolean}, {"uint8", T::kUint8},     {"SINT8", T::kSint8},
+              {"Uint16", T::kUint16},   {"sInt16", T::kSint16},   {"uint32", T::kUint32},
+              {"SINT32", T::kSint32},   {"uint64", T::kUint64},   {"Sint64", T::kSint64},
+              {"real32", T::kReal32},   {"REAL64", T::kReal64},   {"String", T::kString},
+              {"DateTime", T::kDateTime}, {"char", T::kNull},     {"reference", T::kNull},
+              {"", T::kNull},           {"string ", T::kNull},    {"uint128", T::kNull},
+              {"strin", T::kNull},      {"datetimes", T::kNull},  {"uint8\xC9", T::kNull}};
+  for (auto const& row : rows) {
+    TCIMXMLParser::TAttributeMap attributes{{"type", row.text}};
+    T type(T::kArray);
+    if (row.type == T::kNull) {
+      EXPECT_ZEL_THROW(TCIMXMLParser::HandleCIMType(attributes.begin(), type),
+                       zelStatusTypeMismatch);
+      continue;
+    }
+    EXPECT_TRUE(TCIMXMLParser::HandleCIMType(attributes.begin(), type)) << row.text;
+    EXPECT_EQ(T::ECIMType(type), row.type) << row.text;
+  }
+}
+
 // Every element whose state is pushed is read from a document that loads: a state that stopped
 // pushing it would refuse that document. The states listed as not pushed appear in none.
 TEST_F(CIMXMLParserTest, EveryStateOfTheListIsReachedFromADocument) {
