@@ -16,7 +16,6 @@
 #include "log/ZelLog.h"
 #include "xml/ZelQualifierAttributes.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
@@ -31,40 +30,51 @@ static const char kUnknownDTDVersion[] = "Unknown DTD version";
 static const char kExpectedScope[] = "Expected SCOPE element";
 static const char kIncompatibleAttributes[] = "Incompatible attributes";
 
-// Element names arrive as written; states compare them in lower case. Names are ASCII, so
-// eight bytes at a time: a byte is upper case when its low seven bits lie in 'A'..'Z'.
+// Names are ASCII: eight bytes lowered at once, a byte being upper case when its low seven
+// bits lie in 'A'..'Z'.
+static inline uint64_t LowerWord(uint64_t word) {
+  constexpr uint64_t kOnes = 0x0101010101010101ull, kHigh = 0x8080808080808080ull;
+  uint64_t seven = word & ~kHigh;
+  uint64_t atLeastA = seven + (0x80 - 'A') * kOnes, aboveZ = seven + (0x7f - 'Z') * kOnes;
+  return word | (((atLeastA ^ aboveZ) & ~word & kHigh) >> 2);
+}
+
+// Lowers size bytes (at most 8) into a word, the rest zero.
+static inline uint64_t LowerWord(const char* text, size_t size) {
+  uint64_t word = 0;
+  std::memcpy(&word, text, size);
+  return LowerWord(word);
+}
+
+// Element names arrive as written; states compare them in lower case.
 static std::string LowerCaseName(const char* name) {
   std::string lower(name);
   char* p = &lower[0];
-  char* end = p + lower.size();
-  constexpr uint64_t kOnes = 0x0101010101010101ull, kHigh = 0x8080808080808080ull;
-  for (; end - p >= 8; p += 8) {
-    uint64_t word;
-    std::memcpy(&word, p, 8);
-    uint64_t seven = word & ~kHigh;
-    uint64_t atLeastA = seven + (0x80 - 'A') * kOnes, aboveZ = seven + (0x7f - 'Z') * kOnes;
-    word |= ((atLeastA ^ aboveZ) & ~word & kHigh) >> 2;
+  size_t left = lower.size();
+  for (; left >= 8; p += 8, left -= 8) {
+    uint64_t word = LowerWord(p, 8);
     std::memcpy(p, &word, 8);
   }
-  ZelAsciiLowerInPlace(p, end);
+  uint64_t word = LowerWord(p, left);
+  std::memcpy(p, &word, left);
   return lower;
 }
 
 // Type names as the value type reads them, taken once from the type itself: the name of
-// each type that reads back as that type.
+// each type that reads back as that type, as a lower-case word (all are 8 bytes or less).
 namespace {
 struct TTypeNames {
-  std::string fNames[TCIMValue::TCIMType::kArray];
-  size_t fLongest = 0;
+  uint64_t fWord[TCIMValue::TCIMType::kArray] = {};
+  size_t fSize[TCIMValue::TCIMType::kArray] = {};
 
   TTypeNames() {
     for (int type = 0; type < TCIMValue::TCIMType::kArray; ++type) {
       try {
         TCIMValue::TCIMType::ECIMType ecim = TCIMValue::TCIMType::ECIMType(type);
         std::string name = TCIMValue::TCIMType(ecim).ToString();
-        if (TCIMValue::TCIMType(name) == ecim) {
-          fLongest = std::max(fLongest, name.size());
-          fNames[type] = std::move(name);
+        if (name.size() <= 8 && TCIMValue::TCIMType(name) == ecim) {
+          fWord[type] = LowerWord(name.data(), name.size());
+          fSize[type] = name.size();
         }
       } catch (TZELException const&) {
       }
@@ -77,13 +87,10 @@ struct TTypeNames {
 // else is left to it, errors included.
 static TCIMValue::TCIMType TypeOfName(const std::string& text) {
   static const TTypeNames types;
-  char lower[16];
-  if (text.size() <= std::min(types.fLongest, sizeof lower)) {
-    for (size_t i = 0; i < text.size(); ++i)
-      lower[i] = ZelAsciiLower(text[i]);
-    std::string_view name(lower, text.size());
+  if (!text.empty() && text.size() <= 8) {
+    uint64_t word = LowerWord(text.data(), text.size());
     for (int type = 0; type < TCIMValue::TCIMType::kArray; ++type)
-      if (!types.fNames[type].empty() && types.fNames[type] == name)
+      if (types.fSize[type] == text.size() && types.fWord[type] == word)
         return TCIMValue::TCIMType::ECIMType(type);
   }
   return TCIMValue::TCIMType(text);

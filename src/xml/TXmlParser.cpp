@@ -457,13 +457,18 @@ bool TXmlParser::ParseElement() {
 
       fCurPos += 2;
       char* endName = fCurPos;
-      if (!ValidateName())
-        return false;
       TOpenElement const& element = open.back();
-      // Prefix match on purpose: <abc> closes with </abcd>.
-      if (static_cast<size_t>(fCurPos - endName) < element.fLength ||
-          std::memcmp(endName, element.fName, element.fLength) != 0) {
-        FatalError(kNamesDontMatch);
+      // Prefix match on purpose: <abc> closes with </abcd>. The start name is a valid name,
+      // so only what follows it needs scanning; a mismatch (the NUL at the end included)
+      // is judged by the full rules for its message.
+      size_t same = 0;
+      while (same < element.fLength && endName[same] == element.fName[same])
+        ++same;
+      if (same == element.fLength) {
+        fCurPos = SkipWhile(endName + same, kName);
+      } else {
+        if (ValidateName())
+          FatalError(kNamesDontMatch);
         return false;
       }
       SkipWhitespace();
