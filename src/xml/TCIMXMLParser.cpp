@@ -16,6 +16,7 @@
 #include "log/ZelLog.h"
 #include "xml/ZelQualifierAttributes.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
@@ -115,6 +116,34 @@ static TCIMValue ParseDateTime(const std::string& text, const TCIMXMLParser& par
   ZelLog(zelLogError, "Invalid datetime found on line " + std::to_string(parser.GetCurLine()) +
                           ".  Defaulting the datetime to " + epoch.ToUIString() + ".");
   return TCIMValue(epoch);
+}
+
+// The shape of the attribute handlers: the attribute's value, read by read, when the
+// attribute is the one named.
+template <class Value, class Read>
+static bool HandleNamed(TAttributeMap::const_iterator attribute, std::string_view name,
+                        Value& value, Read read) {
+  if (attribute->first != name)
+    return false;
+  value = read(attribute->second);
+  return true;
+}
+
+static const std::string& AsText(const std::string& text) { return text; }
+
+static bool ReadBool(const std::string& text) { return ZelReadBool(text); }
+
+static unsigned int ReadUnsignedInt(const std::string& text) {
+  return ZelReadNumber<unsigned int>(text);
+}
+
+void ZelCheckVersion(TCIMXMLParser& parser, const TAttributeMap& attributes,
+                     const std::string& attribute, std::initializer_list<std::string_view> accepted,
+                     const char* message) {
+  TAttributeMap::const_iterator given = attributes.find(attribute);
+  if (given != attributes.end() &&
+      std::find(accepted.begin(), accepted.end(), given->second) == accepted.end())
+    parser.FatalError(message);
 }
 
 bool ZelIsKeyDecl(const TCIMPropertyDecl& decl) { return decl.GetBody()->IsKey(); }
@@ -229,10 +258,10 @@ void TCIMXMLParser::SetUX402Mode() { fUX402Mode = true; }
 
 std::vector<TCIMClass*> TCIMXMLParser::GetClassesCollected() const { return fClassesCollected; }
 
-bool TCIMXMLParser::ConvertBool(std::string& text) { return ZelReadBool(text); }
+bool TCIMXMLParser::ConvertBool(std::string& text) { return ReadBool(text); }
 
 unsigned int TCIMXMLParser::ConvertUnsignedInt(std::string& text) {
-  return ZelReadNumber<unsigned int>(text);
+  return ReadUnsignedInt(text);
 }
 
 // Date-times that cannot be read are logged here with their line; every other text is read
@@ -244,18 +273,12 @@ TCIMValue TCIMXMLParser::ParseValue(TCIMValue::TCIMType type, std::string& text)
 }
 
 bool TCIMXMLParser::HandleCIMName(TAttributeMap::const_iterator attribute, std::string& name) {
-  if (attribute->first != "name"sv)
-    return false;
-  name = attribute->second;
-  return true;
+  return HandleNamed(attribute, "name"sv, name, AsText);
 }
 
 bool TCIMXMLParser::HandleCIMType(TAttributeMap::const_iterator attribute,
                                   TCIMValue::TCIMType& type) {
-  if (attribute->first != "type"sv)
-    return false;
-  type = TypeOfName(attribute->second);
-  return true;
+  return HandleNamed(attribute, "type"sv, type, TypeOfName);
 }
 
 bool TCIMXMLParser::HandleQualifierFlavor(TAttributeMap::const_iterator attribute,
@@ -263,8 +286,7 @@ bool TCIMXMLParser::HandleQualifierFlavor(TAttributeMap::const_iterator attribut
   unsigned int bit = ZelAttributeBitOf(kFlavorAttributes, attribute->first);
   if (!bit)
     return false;
-  std::string text = attribute->second;
-  if (ConvertBool(text))
+  if (ReadBool(attribute->second))
     flavor |= bit;
   else
     flavor &= ~bit;
@@ -273,50 +295,30 @@ bool TCIMXMLParser::HandleQualifierFlavor(TAttributeMap::const_iterator attribut
 
 bool TCIMXMLParser::HandleClassOrigin(TAttributeMap::const_iterator attribute,
                                       std::string& origin) {
-  if (attribute->first != "classorigin"sv)
-    return false;
-  origin = attribute->second;
-  return true;
+  return HandleNamed(attribute, "classorigin"sv, origin, AsText);
 }
 
 bool TCIMXMLParser::HandlePropagated(TAttributeMap::const_iterator attribute, bool& propagated) {
-  if (attribute->first != "propagated"sv)
-    return false;
-  std::string text = attribute->second;
-  propagated = ConvertBool(text);
-  return true;
+  return HandleNamed(attribute, "propagated"sv, propagated, ReadBool);
 }
 
 bool TCIMXMLParser::HandleArraySize(TAttributeMap::const_iterator attribute, unsigned int& size) {
-  if (attribute->first != "arraysize"sv)
-    return false;
-  std::string text = attribute->second;
-  size = ConvertUnsignedInt(text);
-  return true;
+  return HandleNamed(attribute, "arraysize"sv, size, ReadUnsignedInt);
 }
 
 bool TCIMXMLParser::HandleSuperClass(TAttributeMap::const_iterator attribute,
                                      std::string& superclass) {
-  if (attribute->first != "superclass"sv)
-    return false;
-  superclass = attribute->second;
-  return true;
+  return HandleNamed(attribute, "superclass"sv, superclass, AsText);
 }
 
 bool TCIMXMLParser::HandleClassName(TAttributeMap::const_iterator attribute,
                                     std::string& className) {
-  if (attribute->first != "classname"sv)
-    return false;
-  className = attribute->second;
-  return true;
+  return HandleNamed(attribute, "classname"sv, className, AsText);
 }
 
 bool TCIMXMLParser::HandleReferenceClass(TAttributeMap::const_iterator attribute,
                                          std::string& referenceClass) {
-  if (attribute->first != "referenceclass"sv)
-    return false;
-  referenceClass = attribute->second;
-  return true;
+  return HandleNamed(attribute, "referenceclass"sv, referenceClass, AsText);
 }
 
 void TCIMXMLParser::UnexpectedElement(const std::string& name) {
@@ -352,33 +354,23 @@ void TCIMXMLParser::TStateStart::StartElement(TCIMXMLParser& parser, std::string
 // <!ATTLIST CIM CIMVERSION CDATA #REQUIRED DTDVERSION CDATA #REQUIRED>
 void TCIMXMLParser::TStateCIM::StartElement(TCIMXMLParser& parser, std::string& name,
                                             TAttributeMap& attributes) {
-  if (name == "declaration"sv)
-    parser.Push<TStateDeclaration>(attributes);
-  else if (name == "message"sv)
-    parser.Push<TStateMessage>(attributes);
-  else
+  if (!ZelPushChild(name, "declaration"sv, [&] { parser.Push<TStateDeclaration>(attributes); },
+                    "message"sv, [&] { parser.Push<TStateMessage>(attributes); }))
     parser.UnexpectedElement(name);
 }
 
 void TCIMXMLParser::TStateCIM::HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) {
-  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a) {
-    if (a->first == "cimversion"sv && a->second != "2.8"sv && a->second != "2.0"sv)
-      parser.FatalError(kUnknownCIMVersion);
-    if (a->first == "dtdversion"sv && a->second != "2.1"sv && a->second != "2.0"sv)
-      parser.FatalError(kUnknownDTDVersion);
-  }
+  ZelCheckVersion(parser, attributes, "cimversion", {"2.8"sv, "2.0"sv}, kUnknownCIMVersion);
+  ZelCheckVersion(parser, attributes, "dtdversion", {"2.1"sv, "2.0"sv}, kUnknownDTDVersion);
 }
 
 // <!ELEMENT DECLARATION (DECLGROUP|DECLGROUP.WITHNAME|DECLGROUP.WITHPATH)+>
 void TCIMXMLParser::TStateDeclaration::StartElement(TCIMXMLParser& parser, std::string& name,
                                                     TAttributeMap& attributes) {
-  if (name == "declgroup"sv)
-    parser.Push<TStateDeclGroup>(attributes);
-  else if (name == "declgroup.withname"sv)
-    parser.Push<TStateDeclGroupWithName>(attributes);
-  else if (name == "declgroup.withpath"sv)
-    parser.Push<TStateDeclGroupWithPath>(attributes);
-  else
+  if (!ZelPushChild(
+          name, "declgroup"sv, [&] { parser.Push<TStateDeclGroup>(attributes); },
+          "declgroup.withname"sv, [&] { parser.Push<TStateDeclGroupWithName>(attributes); },
+          "declgroup.withpath"sv, [&] { parser.Push<TStateDeclGroupWithPath>(attributes); }))
     parser.UnexpectedElement(name);
 }
 
@@ -426,11 +418,11 @@ void TCIMXMLParser::TStateDeclGroup::StartElement(TCIMXMLParser& parser, std::st
 void TCIMXMLParser::TStateDeclGroupWithPath::StartElement(TCIMXMLParser& parser,
                                                           std::string& name,
                                                           TAttributeMap& attributes) {
-  if (name == "value.objectwithpath"sv)
-    parser.Push<TStateValueObjectWithPath>(attributes);
-  else if (name == "value.objectwithlocalpath"sv)
-    parser.Push<TStateValueObjectWithLocalPath>(attributes);
-  else
+  if (!ZelPushChild(
+          name, "value.objectwithpath"sv,
+          [&] { parser.Push<TStateValueObjectWithPath>(attributes); },
+          "value.objectwithlocalpath"sv,
+          [&] { parser.Push<TStateValueObjectWithLocalPath>(attributes); }))
     parser.UnexpectedElement(name);
 }
 
@@ -449,8 +441,7 @@ void TCIMXMLParser::TStateQualifierDeclaration::HandleAttrs(TCIMXMLParser&,
         HandleQualifierFlavor(a, fFlavor))
       continue;
     if (a->first == "isarray"sv) {
-      std::string text = a->second;
-      fIsArray = ConvertBool(text);
+      fIsArray = ReadBool(a->second);
       fIsArrayGiven = true;
     }
   }
