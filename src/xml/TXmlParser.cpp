@@ -145,7 +145,6 @@ static bool InsertAttribute(TAttributeMap& attributes, TNodePool& spare, const c
   return attributes.size() != before;
 }
 
-// Moves the nodes from `from` to the end of the map to the spare list.
 // The slot of a start tag's attribute map, from the name's length and its first and last
 // letters. Chosen so that the frequent CIM-XML elements with different attributes seldom
 // share a slot; sharing only costs the rebuild of the map.
@@ -157,13 +156,14 @@ static inline size_t AttributeSlot(const char* name, const char* nameEnd) {
   return (static_cast<size_t>(nameEnd - name) + 4 * last + first) % kAttributeSlots;
 }
 
+// Moves the nodes from `from` to the end of the map to the spare list.
 static void RecycleAttributes(TAttributeMap& attributes, TAttributeMap::iterator from,
                               TNodePool& spare) {
   while (from != attributes.end())
     spare.push_back(attributes.extract(from++));
 }
 
-// The map of the previous start tag is reused for the next: as long as the names come in
+// A start tag reuses the map its slot kept from the last tag: as long as the names come in
 // the order of its keys (as the tags of one kind do), only the values are assigned, and
 // the tree is not touched. The first name out of that order sends the rest of the old
 // nodes to the spare list and is inserted.
