@@ -19,7 +19,10 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 
 // Element and attribute names are compared as views: the length first, no strlen.
@@ -62,24 +65,49 @@ static std::string LowerCaseName(const char* name) {
 }
 
 // Type names as the value type reads them, taken once from the type itself: the name of
-// each type that reads back as that type, as a lower-case word (all are 8 bytes or less).
+// each type that reads back as that type, as a lower-case word (all are 8 bytes or less),
+// placed by a multiplicative hash chosen here so that no two share a slot.
 namespace {
 struct TTypeNames {
-  uint64_t fWord[TCIMValue::TCIMType::kArray] = {};
-  size_t fSize[TCIMValue::TCIMType::kArray] = {};
+  static constexpr unsigned kSlotBits = 6;
+  uint64_t fMultiplier = 0;  // 0: no hash was found, nothing is placed
+  uint64_t fWord[1 << kSlotBits] = {};
+  size_t fSize[1 << kSlotBits] = {};  // 0: a free slot
+  TCIMValue::TCIMType::ECIMType fType[1 << kSlotBits] = {};
+
+  unsigned Slot(uint64_t word) const { return (word * fMultiplier) >> (64 - kSlotBits); }
 
   TTypeNames() {
+    std::vector<std::pair<std::string, TCIMValue::TCIMType::ECIMType> > names;
     for (int type = 0; type < TCIMValue::TCIMType::kArray; ++type) {
       try {
         TCIMValue::TCIMType::ECIMType ecim = TCIMValue::TCIMType::ECIMType(type);
         std::string name = TCIMValue::TCIMType(ecim).ToString();
-        if (name.size() <= 8 && TCIMValue::TCIMType(name) == ecim) {
-          fWord[type] = LowerWord(name.data(), name.size());
-          fSize[type] = name.size();
-        }
+        if (name.size() <= 8 && TCIMValue::TCIMType(name) == ecim)
+          names.emplace_back(name, ecim);
       } catch (TZELException const&) {
       }
     }
+    for (uint64_t odd = 1; odd < 2000 && !Place(names, 0x9e3779b97f4a7c15ull * odd); odd += 2) {
+    }
+  }
+
+  bool Place(const std::vector<std::pair<std::string, TCIMValue::TCIMType::ECIMType> >& names,
+             uint64_t multiplier) {
+    fMultiplier = multiplier;
+    std::fill(std::begin(fSize), std::end(fSize), 0);
+    for (auto const& name : names) {
+      unsigned slot = Slot(LowerWord(name.first.data(), name.first.size()));
+      if (fSize[slot]) {
+        fMultiplier = 0;
+        std::fill(std::begin(fSize), std::end(fSize), 0);
+        return false;
+      }
+      fWord[slot] = LowerWord(name.first.data(), name.first.size());
+      fSize[slot] = name.first.size();
+      fType[slot] = name.second;
+    }
+    return true;
   }
 };
 }  // namespace
@@ -90,9 +118,9 @@ static TCIMValue::TCIMType TypeOfName(const std::string& text) {
   static const TTypeNames types;
   if (!text.empty() && text.size() <= 8) {
     uint64_t word = LowerWord(text.data(), text.size());
-    for (int type = 0; type < TCIMValue::TCIMType::kArray; ++type)
-      if (types.fSize[type] == text.size() && types.fWord[type] == word)
-        return TCIMValue::TCIMType::ECIMType(type);
+    unsigned slot = types.Slot(word);
+    if (types.fSize[slot] == text.size() && types.fWord[slot] == word)
+      return types.fType[slot];
   }
   return TCIMValue::TCIMType(text);
 }

@@ -58,6 +58,15 @@ TEST(TXmlParserTest, ReferencesArriveAsSingleBytesBetweenTextPieces) {
   // Values above 255 keep their low byte, on purpose.
   EXPECT_EQ(Events("<a>&#321;&#x141;&#65601;&#xFFFF;</a>"), "<a>|A|A|A|\xFF|</a>|");
   EXPECT_EQ(Events("<a>&#0;</a>"), std::string("<a>|\0|</a>|", 11));
+  // Runs of every length up to and past the short ones end at the reference, the tag or
+  // the end of the buffer.
+  for (size_t length = 1; length <= 40; ++length) {
+    std::string text(length, 'x');
+    EXPECT_EQ(Events("<a>" + text + "&gt;" + text + "</a>"),
+              "<a>|" + text + "|>|" + text + "|</a>|");
+    EXPECT_EQ(Events("<a>" + text), "<a>|" + text + "|!Unexpected character where element "
+                                                   "expected@1|");
+  }
 }
 
 TEST(TXmlParserTest, EndTagMayExtendTheStartName) {
