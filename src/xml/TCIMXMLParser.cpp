@@ -43,11 +43,56 @@ static inline uint64_t LowerWord(uint64_t word) {
   return word | (((atLeastA ^ aboveZ) & ~word & kHigh) >> 2);
 }
 
+// size bytes (at most 8) as a little-endian word, the rest zero: in fixed-size pieces, which
+// compile to plain loads where a copy of a variable size would be a call.
+static inline uint64_t LoadWord(const char* text, size_t size) {
+  uint64_t word = 0;
+  if (size == 8) {
+    std::memcpy(&word, text, 8);
+    return word;
+  }
+  size_t at = 0;
+  if (size & 4) {
+    uint32_t piece;
+    std::memcpy(&piece, text, 4);
+    word = piece;
+    at = 4;
+  }
+  if (size & 2) {
+    uint16_t piece;
+    std::memcpy(&piece, text + at, 2);
+    word |= uint64_t(piece) << (8 * at);
+    at += 2;
+  }
+  if (size & 1)
+    word |= uint64_t(static_cast<unsigned char>(text[at])) << (8 * at);
+  return word;
+}
+
+// The inverse: the low size bytes of word to text.
+static inline void StoreWord(char* text, size_t size, uint64_t word) {
+  if (size == 8) {
+    std::memcpy(text, &word, 8);
+    return;
+  }
+  size_t at = 0;
+  if (size & 4) {
+    uint32_t piece = static_cast<uint32_t>(word);
+    std::memcpy(text, &piece, 4);
+    at = 4;
+  }
+  if (size & 2) {
+    uint16_t piece = static_cast<uint16_t>(word >> (8 * at));
+    std::memcpy(text + at, &piece, 2);
+    at += 2;
+  }
+  if (size & 1)
+    text[at] = static_cast<char>(word >> (8 * at));
+}
+
 // Lowers size bytes (at most 8) into a word, the rest zero.
 static inline uint64_t LowerWord(const char* text, size_t size) {
-  uint64_t word = 0;
-  std::memcpy(&word, text, size);
-  return LowerWord(word);
+  return LowerWord(LoadWord(text, size));
 }
 
 // Element names arrive as written; states compare them in lower case.
@@ -55,12 +100,9 @@ static std::string LowerCaseName(const char* name) {
   std::string lower(name);
   char* p = &lower[0];
   size_t left = lower.size();
-  for (; left >= 8; p += 8, left -= 8) {
-    uint64_t word = LowerWord(p, 8);
-    std::memcpy(p, &word, 8);
-  }
-  uint64_t word = LowerWord(p, left);
-  std::memcpy(p, &word, left);
+  for (; left >= 8; p += 8, left -= 8)
+    StoreWord(p, 8, LowerWord(p, 8));
+  StoreWord(p, left, LowerWord(p, left));
   return lower;
 }
 

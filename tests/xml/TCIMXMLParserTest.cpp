@@ -209,6 +209,26 @@ TEST_F(CIMXMLParserTest, AMethodPushesNothingSoItsEndTagClosesTheClass) {
 }
 
 
+// Element names of every length are compared in lower case, whatever case they are written
+// in; the message names them lowered.
+TEST_F(CIMXMLParserTest, ElementNamesOfAnyLengthAreLowered) {
+  std::string written, lowered;
+  for (int length = 1; length <= 26; ++length) {
+    char letter = static_cast<char>('A' + length - 1);
+    written += length % 2 ? letter : static_cast<char>(letter + ('a' - 'A'));
+    lowered += static_cast<char>(letter + ('a' - 'A'));
+    TContainer container;
+    EXPECT_ZEL_THROW(ParseInto(container, "<CIM><" + written + "/></CIM>"),
+                     zelStatusInvalidSpecificationDocument);
+    EXPECT_LOGGED("ZEL_Core: [Error] CIM-XML Parser line 1:Unexpected element " + lowered);
+  }
+  std::string mixed = "<cIm><DeClArAtIoN><dEcLgRoUp><QuAlIfIeR.DeClArAtIoN NAME=\"Q\" "
+                      "TYPE=\"string\"><ScOpE CLASS=\"true\"/></QuAlIfIeR.DeClArAtIoN>"
+                      "</dEcLgRoUp></DeClArAtIoN></cIm>";
+  EXPECT_TRUE(ParseInto(fContainer, mixed).empty());
+  EXPECT_NE(fContainer.FindQualifierDecl("Q"), nullptr);
+}
+
 // The reader's own number and word conversion must give what the value's text constructor
 // (stream extraction) gives, for every odd text.
 TEST_F(CIMXMLParserTest, ParseValueReadsLikeTheValueTextConstructor) {
