@@ -182,11 +182,12 @@ TEST_F(CIMXMLParserTest, ValueTextIsKeptWholeAndBadDateTimesDefault) {
   LoadQualifiers();
   ParseInto(fContainer, DataText("instances-properties.xml"));
   ParseInto(fContainer, DiskInstance("<PROPERTY NAME=\"Label\" TYPE=\"string\"><VALUE>\n  two\n"
-                                     "  lines </VALUE></PROPERTY>\n"
+                                     "  lines&#0;&#256;&#x41;&amp; </VALUE></PROPERTY>\n"
                                      "<PROPERTY NAME=\"Installed\" TYPE=\"datetime\">"
                                      "<VALUE>yesterday</VALUE></PROPERTY>"));
   std::string key = "ZT_Disk.DeviceID=\"disk9\"";
-  EXPECT_EQ(static_cast<std::string>(Value("ZT_Disk", key, "Label")), "\n  two\n  lines ");
+  // A reference to byte 0 (&#256; keeps its low byte) adds nothing to the text.
+  EXPECT_EQ(static_cast<std::string>(Value("ZT_Disk", key, "Label")), "\n  two\n  linesA& ");
   EXPECT_EQ(Value("ZT_Disk", key, "Installed").ToString(10), "19700101000000.000000+000");
   EXPECT_EQ(LoggedLines(), (TNames{"ZEL_Core: [Error] Invalid datetime found on line 4.  "
                                    "Defaulting the datetime to 01/01/1970 00:00:00."}));
