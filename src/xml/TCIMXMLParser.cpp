@@ -16,6 +16,14 @@
 #include "log/ZelLog.h"
 #include "xml/ZelQualifierAttributes.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+#include <string_view>
+#include <utility>
+#include <vector>
+
 
 // Element and attribute names are compared as views: the length first, no strlen.
 using namespace std::string_view_literals;
@@ -26,11 +34,137 @@ static const char kUnknownDTDVersion[] = "Unknown DTD version";
 static const char kExpectedScope[] = "Expected SCOPE element";
 static const char kIncompatibleAttributes[] = "Incompatible attributes";
 
+// Names are ASCII: eight bytes lowered at once, a byte being upper case when its low seven
+// bits lie in 'A'..'Z'.
+static inline uint64_t LowerWord(uint64_t word) {
+  constexpr uint64_t kOnes = 0x0101010101010101ull, kHigh = 0x8080808080808080ull;
+  uint64_t seven = word & ~kHigh;
+  uint64_t atLeastA = seven + (0x80 - 'A') * kOnes, aboveZ = seven + (0x7f - 'Z') * kOnes;
+  return word | (((atLeastA ^ aboveZ) & ~word & kHigh) >> 2);
+}
+
+// size bytes (at most 8) as a little-endian word, the rest zero: in fixed-size pieces, which
+// compile to plain loads where a copy of a variable size would be a call.
+static inline uint64_t LoadWord(const char* text, size_t size) {
+  uint64_t word = 0;
+  if (size == 8) {
+    std::memcpy(&word, text, 8);
+    return word;
+  }
+  size_t at = 0;
+  if (size & 4) {
+    uint32_t piece;
+    std::memcpy(&piece, text, 4);
+    word = piece;
+    at = 4;
+  }
+  if (size & 2) {
+    uint16_t piece;
+    std::memcpy(&piece, text + at, 2);
+    word |= uint64_t(piece) << (8 * at);
+    at += 2;
+  }
+  if (size & 1)
+    word |= uint64_t(static_cast<unsigned char>(text[at])) << (8 * at);
+  return word;
+}
+
+// The inverse: the low size bytes of word to text.
+static inline void StoreWord(char* text, size_t size, uint64_t word) {
+  if (size == 8) {
+    std::memcpy(text, &word, 8);
+    return;
+  }
+  size_t at = 0;
+  if (size & 4) {
+    uint32_t piece = static_cast<uint32_t>(word);
+    std::memcpy(text, &piece, 4);
+    at = 4;
+  }
+  if (size & 2) {
+    uint16_t piece = static_cast<uint16_t>(word >> (8 * at));
+    std::memcpy(text + at, &piece, 2);
+    at += 2;
+  }
+  if (size & 1)
+    text[at] = static_cast<char>(word >> (8 * at));
+}
+
+// Lowers size bytes (at most 8) into a word, the rest zero.
+static inline uint64_t LowerWord(const char* text, size_t size) {
+  return LowerWord(LoadWord(text, size));
+}
+
 // Element names arrive as written; states compare them in lower case.
 static std::string LowerCaseName(const char* name) {
   std::string lower(name);
-  ZelAsciiLowerInPlace(lower);
+  char* p = &lower[0];
+  size_t left = lower.size();
+  for (; left >= 8; p += 8, left -= 8)
+    StoreWord(p, 8, LowerWord(p, 8));
+  StoreWord(p, left, LowerWord(p, left));
   return lower;
+}
+
+// Type names as the value type reads them, taken once from the type itself: the name of
+// each type that reads back as that type, as a lower-case word (all are 8 bytes or less),
+// placed by a multiplicative hash chosen here so that no two share a slot.
+namespace {
+struct TTypeNames {
+  static constexpr unsigned kSlotBits = 6;
+  uint64_t fMultiplier = 0;  // 0: no hash was found, nothing is placed
+  uint64_t fWord[1 << kSlotBits] = {};
+  size_t fSize[1 << kSlotBits] = {};  // 0: a free slot
+  TCIMValue::TCIMType::ECIMType fType[1 << kSlotBits] = {};
+
+  unsigned Slot(uint64_t word) const { return (word * fMultiplier) >> (64 - kSlotBits); }
+
+  TTypeNames() {
+    std::vector<std::pair<std::string, TCIMValue::TCIMType::ECIMType> > names;
+    for (int type = 0; type < TCIMValue::TCIMType::kArray; ++type) {
+      try {
+        TCIMValue::TCIMType::ECIMType ecim = TCIMValue::TCIMType::ECIMType(type);
+        std::string name = TCIMValue::TCIMType(ecim).ToString();
+        if (name.size() <= 8 && TCIMValue::TCIMType(name) == ecim)
+          names.emplace_back(name, ecim);
+      } catch (TZELException const&) {
+      }
+    }
+    for (uint64_t odd = 1; odd < 2000 && !Place(names, 0x9e3779b97f4a7c15ull * odd); odd += 2) {
+    }
+  }
+
+  bool Place(const std::vector<std::pair<std::string, TCIMValue::TCIMType::ECIMType> >& names,
+             uint64_t multiplier) {
+    fMultiplier = multiplier;
+    std::fill(std::begin(fSize), std::end(fSize), 0);
+    for (auto const& name : names) {
+      unsigned slot = Slot(LowerWord(name.first.data(), name.first.size()));
+      if (fSize[slot]) {
+        fMultiplier = 0;
+        std::fill(std::begin(fSize), std::end(fSize), 0);
+        return false;
+      }
+      fWord[slot] = LowerWord(name.first.data(), name.first.size());
+      fSize[slot] = name.first.size();
+      fType[slot] = name.second;
+    }
+    return true;
+  }
+};
+}  // namespace
+
+// What TCIMType(text) gives, without a copy of the text for the common names; anything
+// else is left to it, errors included.
+static TCIMValue::TCIMType TypeOfName(const std::string& text) {
+  static const TTypeNames types;
+  if (!text.empty() && text.size() <= 8) {
+    uint64_t word = LowerWord(text.data(), text.size());
+    unsigned slot = types.Slot(word);
+    if (types.fSize[slot] == text.size() && types.fWord[slot] == word)
+      return types.fType[slot];
+  }
+  return TCIMValue::TCIMType(text);
 }
 
 // A failure inside a state gets a line naming where it happened, then goes on bare.
@@ -52,6 +186,34 @@ static TCIMValue ParseDateTime(const std::string& text, const TCIMXMLParser& par
   ZelLog(zelLogError, "Invalid datetime found on line " + std::to_string(parser.GetCurLine()) +
                           ".  Defaulting the datetime to " + epoch.ToUIString() + ".");
   return TCIMValue(epoch);
+}
+
+// The shape of the attribute handlers: the attribute's value, read by read, when the
+// attribute is the one named.
+template <class Value, class Read>
+static bool HandleNamed(TAttributeMap::const_iterator attribute, std::string_view name,
+                        Value& value, Read read) {
+  if (attribute->first != name)
+    return false;
+  value = read(attribute->second);
+  return true;
+}
+
+static const std::string& AsText(const std::string& text) { return text; }
+
+static bool ReadBool(const std::string& text) { return ZelReadBool(text); }
+
+static unsigned int ReadUnsignedInt(const std::string& text) {
+  return ZelReadNumber<unsigned int>(text);
+}
+
+void ZelCheckVersion(TCIMXMLParser& parser, const TAttributeMap& attributes,
+                     const std::string& attribute, std::initializer_list<std::string_view> accepted,
+                     const char* message) {
+  TAttributeMap::const_iterator given = attributes.find(attribute);
+  if (given != attributes.end() &&
+      std::find(accepted.begin(), accepted.end(), given->second) == accepted.end())
+    parser.FatalError(message);
 }
 
 bool ZelIsKeyDecl(const TCIMPropertyDecl& decl) { return decl.GetBody()->IsKey(); }
@@ -153,7 +315,11 @@ void TCIMXMLParser::EndElement(const char*) {
 
 void TCIMXMLParser::processingInstruction(const char*, const char*) {}
 
-void TCIMXMLParser::characters(const char* text, unsigned int) { fCharData += text; }
+// The text is terminated at length, so long texts are not measured a second time; a
+// reference to byte 0 adds nothing, as the terminated text would.
+void TCIMXMLParser::characters(const char* text, unsigned int length) {
+  fCharData.append(text, text[0] ? length : 0);
+}
 
 void TCIMXMLParser::notationDecl(const char*, const char*, const char*) {}
 
@@ -166,10 +332,10 @@ void TCIMXMLParser::SetUX402Mode() { fUX402Mode = true; }
 
 std::vector<TCIMClass*> TCIMXMLParser::GetClassesCollected() const { return fClassesCollected; }
 
-bool TCIMXMLParser::ConvertBool(std::string& text) { return ZelReadBool(text); }
+bool TCIMXMLParser::ConvertBool(std::string& text) { return ReadBool(text); }
 
 unsigned int TCIMXMLParser::ConvertUnsignedInt(std::string& text) {
-  return ZelReadNumber<unsigned int>(text);
+  return ReadUnsignedInt(text);
 }
 
 // Date-times that cannot be read are logged here with their line; every other text is read
@@ -181,18 +347,12 @@ TCIMValue TCIMXMLParser::ParseValue(TCIMValue::TCIMType type, std::string& text)
 }
 
 bool TCIMXMLParser::HandleCIMName(TAttributeMap::const_iterator attribute, std::string& name) {
-  if (attribute->first != "name"sv)
-    return false;
-  name = attribute->second;
-  return true;
+  return HandleNamed(attribute, "name"sv, name, AsText);
 }
 
 bool TCIMXMLParser::HandleCIMType(TAttributeMap::const_iterator attribute,
                                   TCIMValue::TCIMType& type) {
-  if (attribute->first != "type"sv)
-    return false;
-  type = TCIMValue::TCIMType(attribute->second);
-  return true;
+  return HandleNamed(attribute, "type"sv, type, TypeOfName);
 }
 
 bool TCIMXMLParser::HandleQualifierFlavor(TAttributeMap::const_iterator attribute,
@@ -200,8 +360,7 @@ bool TCIMXMLParser::HandleQualifierFlavor(TAttributeMap::const_iterator attribut
   unsigned int bit = ZelAttributeBitOf(kFlavorAttributes, attribute->first);
   if (!bit)
     return false;
-  std::string text = attribute->second;
-  if (ConvertBool(text))
+  if (ReadBool(attribute->second))
     flavor |= bit;
   else
     flavor &= ~bit;
@@ -210,50 +369,30 @@ bool TCIMXMLParser::HandleQualifierFlavor(TAttributeMap::const_iterator attribut
 
 bool TCIMXMLParser::HandleClassOrigin(TAttributeMap::const_iterator attribute,
                                       std::string& origin) {
-  if (attribute->first != "classorigin"sv)
-    return false;
-  origin = attribute->second;
-  return true;
+  return HandleNamed(attribute, "classorigin"sv, origin, AsText);
 }
 
 bool TCIMXMLParser::HandlePropagated(TAttributeMap::const_iterator attribute, bool& propagated) {
-  if (attribute->first != "propagated"sv)
-    return false;
-  std::string text = attribute->second;
-  propagated = ConvertBool(text);
-  return true;
+  return HandleNamed(attribute, "propagated"sv, propagated, ReadBool);
 }
 
 bool TCIMXMLParser::HandleArraySize(TAttributeMap::const_iterator attribute, unsigned int& size) {
-  if (attribute->first != "arraysize"sv)
-    return false;
-  std::string text = attribute->second;
-  size = ConvertUnsignedInt(text);
-  return true;
+  return HandleNamed(attribute, "arraysize"sv, size, ReadUnsignedInt);
 }
 
 bool TCIMXMLParser::HandleSuperClass(TAttributeMap::const_iterator attribute,
                                      std::string& superclass) {
-  if (attribute->first != "superclass"sv)
-    return false;
-  superclass = attribute->second;
-  return true;
+  return HandleNamed(attribute, "superclass"sv, superclass, AsText);
 }
 
 bool TCIMXMLParser::HandleClassName(TAttributeMap::const_iterator attribute,
                                     std::string& className) {
-  if (attribute->first != "classname"sv)
-    return false;
-  className = attribute->second;
-  return true;
+  return HandleNamed(attribute, "classname"sv, className, AsText);
 }
 
 bool TCIMXMLParser::HandleReferenceClass(TAttributeMap::const_iterator attribute,
                                          std::string& referenceClass) {
-  if (attribute->first != "referenceclass"sv)
-    return false;
-  referenceClass = attribute->second;
-  return true;
+  return HandleNamed(attribute, "referenceclass"sv, referenceClass, AsText);
 }
 
 void TCIMXMLParser::UnexpectedElement(const std::string& name) {
@@ -289,33 +428,23 @@ void TCIMXMLParser::TStateStart::StartElement(TCIMXMLParser& parser, std::string
 // <!ATTLIST CIM CIMVERSION CDATA #REQUIRED DTDVERSION CDATA #REQUIRED>
 void TCIMXMLParser::TStateCIM::StartElement(TCIMXMLParser& parser, std::string& name,
                                             TAttributeMap& attributes) {
-  if (name == "declaration"sv)
-    parser.Push<TStateDeclaration>(attributes);
-  else if (name == "message"sv)
-    parser.Push<TStateMessage>(attributes);
-  else
+  if (!ZelPushChild(name, "declaration"sv, [&] { parser.Push<TStateDeclaration>(attributes); },
+                    "message"sv, [&] { parser.Push<TStateMessage>(attributes); }))
     parser.UnexpectedElement(name);
 }
 
 void TCIMXMLParser::TStateCIM::HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) {
-  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a) {
-    if (a->first == "cimversion"sv && a->second != "2.8"sv && a->second != "2.0"sv)
-      parser.FatalError(kUnknownCIMVersion);
-    if (a->first == "dtdversion"sv && a->second != "2.1"sv && a->second != "2.0"sv)
-      parser.FatalError(kUnknownDTDVersion);
-  }
+  ZelCheckVersion(parser, attributes, "cimversion", {"2.8"sv, "2.0"sv}, kUnknownCIMVersion);
+  ZelCheckVersion(parser, attributes, "dtdversion", {"2.1"sv, "2.0"sv}, kUnknownDTDVersion);
 }
 
 // <!ELEMENT DECLARATION (DECLGROUP|DECLGROUP.WITHNAME|DECLGROUP.WITHPATH)+>
 void TCIMXMLParser::TStateDeclaration::StartElement(TCIMXMLParser& parser, std::string& name,
                                                     TAttributeMap& attributes) {
-  if (name == "declgroup"sv)
-    parser.Push<TStateDeclGroup>(attributes);
-  else if (name == "declgroup.withname"sv)
-    parser.Push<TStateDeclGroupWithName>(attributes);
-  else if (name == "declgroup.withpath"sv)
-    parser.Push<TStateDeclGroupWithPath>(attributes);
-  else
+  if (!ZelPushChild(
+          name, "declgroup"sv, [&] { parser.Push<TStateDeclGroup>(attributes); },
+          "declgroup.withname"sv, [&] { parser.Push<TStateDeclGroupWithName>(attributes); },
+          "declgroup.withpath"sv, [&] { parser.Push<TStateDeclGroupWithPath>(attributes); }))
     parser.UnexpectedElement(name);
 }
 
@@ -363,11 +492,11 @@ void TCIMXMLParser::TStateDeclGroup::StartElement(TCIMXMLParser& parser, std::st
 void TCIMXMLParser::TStateDeclGroupWithPath::StartElement(TCIMXMLParser& parser,
                                                           std::string& name,
                                                           TAttributeMap& attributes) {
-  if (name == "value.objectwithpath"sv)
-    parser.Push<TStateValueObjectWithPath>(attributes);
-  else if (name == "value.objectwithlocalpath"sv)
-    parser.Push<TStateValueObjectWithLocalPath>(attributes);
-  else
+  if (!ZelPushChild(
+          name, "value.objectwithpath"sv,
+          [&] { parser.Push<TStateValueObjectWithPath>(attributes); },
+          "value.objectwithlocalpath"sv,
+          [&] { parser.Push<TStateValueObjectWithLocalPath>(attributes); }))
     parser.UnexpectedElement(name);
 }
 
@@ -386,8 +515,7 @@ void TCIMXMLParser::TStateQualifierDeclaration::HandleAttrs(TCIMXMLParser&,
         HandleQualifierFlavor(a, fFlavor))
       continue;
     if (a->first == "isarray"sv) {
-      std::string text = a->second;
-      fIsArray = ConvertBool(text);
+      fIsArray = ReadBool(a->second);
       fIsArrayGiven = true;
     }
   }

@@ -36,11 +36,8 @@ TCIMXMLParser::TObjectState::~TObjectState() {
 
 void TCIMXMLParser::TObjectState::PushObject(TCIMXMLParser& parser, std::string& name,
                                              TAttributeMap& attributes) {
-  if (name == "class"sv)
-    parser.Push<TStateClass>(attributes, &fClass);
-  else if (name == "instance"sv)
-    parser.Push<TStateInstance>(attributes, &fInstance);
-  else
+  if (!ZelPushChild(name, "class"sv, [&] { parser.Push<TStateClass>(attributes, &fClass); },
+                    "instance"sv, [&] { parser.Push<TStateInstance>(attributes, &fInstance); }))
     parser.UnexpectedElement(name);
 }
 
@@ -68,9 +65,9 @@ void TCIMXMLParser::TObjectState::EndElement(TCIMXMLParser& parser, std::string&
   TParseState::EndElement(parser, name);
 }
 
-// <!ELEMENT VALUE.OBJECT (CLASS|INSTANCE)>
-void TCIMXMLParser::TStateValueObject::StartElement(TCIMXMLParser& parser, std::string& name,
-                                                    TAttributeMap& attributes) {
+// <!ELEMENT VALUE.OBJECT (CLASS|INSTANCE)> and <!ELEMENT IPARAMVALUE (CLASS|INSTANCE)>
+void TCIMXMLParser::TObjectState::StartElement(TCIMXMLParser& parser, std::string& name,
+                                               TAttributeMap& attributes) {
   if (fPhase != 0)
     parser.UnexpectedElement(name);
   fPhase = 1;
@@ -107,35 +104,23 @@ void TCIMXMLParser::TStateValueNamedInstance::StartElement(TCIMXMLParser& parser
 }
 
 // <!ELEMENT VALUE.OBJECTWITHPATH ((CLASSPATH,CLASS)|(INSTANCEPATH,INSTANCE))>
+// <!ELEMENT VALUE.OBJECTWITHLOCALPATH ((LOCALCLASSPATH,CLASS)|(LOCALINSTANCEPATH,INSTANCE))>
 // Phases: 0 a path, 1 CLASS after a class path, 2 INSTANCE after an instance path, 3 done.
 void TCIMXMLParser::TStateValueObjectWithPath::StartElement(TCIMXMLParser& parser,
                                                             std::string& name,
                                                             TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "classpath"sv) {
+  if (fPhase == 0 && name == (fLocal ? "localclasspath"sv : "classpath"sv)) {
     fPhase = 1;
-    parser.Push<TStateClassPath>(attributes, fHost, fNamespace, fClassName);
-  } else if (fPhase == 0 && name == "instancepath"sv) {
+    if (fLocal)
+      parser.Push<TStateLocalClassPath>(attributes, fNamespace, fClassName);
+    else
+      parser.Push<TStateClassPath>(attributes, fHost, fNamespace, fClassName);
+  } else if (fPhase == 0 && name == (fLocal ? "localinstancepath"sv : "instancepath"sv)) {
     fPhase = 2;
-    parser.Push<TStateInstancePath>(attributes, fHost, fNamespace, fPath);
-  } else if ((fPhase == 1 && name == "class"sv) || (fPhase == 2 && name == "instance"sv)) {
-    fPhase = 3;
-    PushObject(parser, name, attributes);
-  } else {
-    parser.UnexpectedElement(name);
-  }
-}
-
-// <!ELEMENT VALUE.OBJECTWITHLOCALPATH ((LOCALCLASSPATH,CLASS)|(LOCALINSTANCEPATH,INSTANCE))>
-// Phases as VALUE.OBJECTWITHPATH.
-void TCIMXMLParser::TStateValueObjectWithLocalPath::StartElement(TCIMXMLParser& parser,
-                                                                 std::string& name,
-                                                                 TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "localclasspath"sv) {
-    fPhase = 1;
-    parser.Push<TStateLocalClassPath>(attributes, fNamespace, fClassName);
-  } else if (fPhase == 0 && name == "localinstancepath"sv) {
-    fPhase = 2;
-    parser.Push<TStateLocalInstancePath>(attributes, fNamespace, fPath);
+    if (fLocal)
+      parser.Push<TStateLocalInstancePath>(attributes, fNamespace, fPath);
+    else
+      parser.Push<TStateInstancePath>(attributes, fHost, fNamespace, fPath);
   } else if ((fPhase == 1 && name == "class"sv) || (fPhase == 2 && name == "instance"sv)) {
     fPhase = 3;
     PushObject(parser, name, attributes);
@@ -290,7 +275,7 @@ void TCIMXMLParser::TStateQualifier::EndElement(TCIMXMLParser& parser, std::stri
   TParseState::EndElement(parser, name);
 }
 
-// ---- Property declarations in a CLASS -------------------------------------------------
+// ---- Property elements ----------------------------------------------------------------
 
 // <!ELEMENT PROPERTY (QUALIFIER*,VALUE?)>
 // <!ATTLIST PROPERTY %CIMName; %CIMType; #REQUIRED %ClassOrigin; %Propagated;>
@@ -298,58 +283,81 @@ void TCIMXMLParser::TStateQualifier::EndElement(TCIMXMLParser& parser, std::stri
 // <!ATTLIST PROPERTY.ARRAY %CIMName; %CIMType; #REQUIRED %ArraySize; %ClassOrigin; %Propagated;>
 // <!ELEMENT PROPERTY.REFERENCE (QUALIFIER*,VALUE.REFERENCE?)>
 // <!ATTLIST PROPERTY.REFERENCE %CIMName; %ReferenceClass; %ClassOrigin; %Propagated;>
-// Phases: 0 qualifiers (held by the declaration), 1 the default value, 2 done.
-TCIMXMLParser::TPropertyDeclState::~TPropertyDeclState() { delete fDecl; }
-
-void TCIMXMLParser::TPropertyDeclState::HandleAttrs(TCIMXMLParser& parser,
-                                                    TAttributeMap& attributes) {
-  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a)
-    HandleCIMName(a, fName) || HandleClassOrigin(a, fClassOrigin) ||
-        HandlePropagated(a, fPropagated) ||
-        (fForm == kZelReferenceProperty ? HandleReferenceClass(a, fReferenceClass)
-                                        : HandleCIMType(a, fType)) ||
-        (fForm == kZelArrayProperty && HandleArraySize(a, fArraySize));
-  switch (fForm) {
-  case kZelScalarProperty:
-    fDefault = TCIMValue(fType, 0);
-    break;
-  case kZelArrayProperty:
-    fDefault = TCIMValue(TCIMValue::TCIMType::ECIMType(fType | TCIMValue::TCIMType::kArray),
-                         fArraySize);
-    break;
-  case kZelReferenceProperty:
-    fType = TCIMValue::TCIMType::kReference;
-    fDefault = TCIMValue(fType, 0);
-    if (!fReferenceClass.empty())
-      fDefault.SetReferencedClass(*parser.fContainer->GetClass(fReferenceClass));
-    break;
+bool TZelPropertyElement::ReadAttributes(const TAttributeMap& attributes) {
+  typedef TCIMXMLParser P;
+  bool typed = false;
+  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a) {
+    if (P::HandleCIMName(a, fName) || P::HandleClassOrigin(a, fClassOrigin) ||
+        P::HandlePropagated(a, fPropagated))
+      continue;
+    if (fForm == kZelReferenceProperty)
+      P::HandleReferenceClass(a, fReferenceClass);
+    else if (P::HandleCIMType(a, fType))
+      typed = true;
+    else if (fForm == kZelArrayProperty)
+      P::HandleArraySize(a, fArraySize);
   }
-  fValue = fDefault;
-  fDecl = new TCIMPropertyDecl(fName, fClass, fDefault);
+  return typed;
 }
 
-void TCIMXMLParser::TPropertyDeclState::StartElement(TCIMXMLParser& parser, std::string& name,
-                                                     TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "qualifier"sv) {
-    parser.Push<TStateQualifier>(attributes, fDecl);
+// Phases: 0 qualifiers, 1 the value, 2 done.
+void TCIMXMLParser::TPropertyDeclState::StartChild(TCIMXMLParser& parser, std::string& name,
+                                                   TAttributeMap& attributes,
+                                                   TZelPropertyElement& element,
+                                                   ICIMAllowQualifiers* owner) {
+  if (element.fPhase == 0 && name == "qualifier"sv) {
+    parser.Push<TStateQualifier>(attributes, owner);
     return;
   }
-  if (fPhase > 1)
+  if (element.fPhase > 1)
     parser.UnexpectedElement(name);
-  fPhase = 2;
-  fValueRead = true;
-  if (fForm == kZelScalarProperty && name == "value"sv)
-    parser.Push<TStateValue>(attributes, parser, fValue, fType);
-  else if (fForm == kZelArrayProperty && name == "value.array"sv)
-    parser.Push<TStateValueArray>(attributes, fValue, fType, fArraySize);
-  else if (fForm == kZelReferenceProperty && name == "value.reference"sv)
-    parser.Push<TStateValueReference>(attributes, fValue);
+  element.fPhase = 2;
+  element.fValueRead = true;
+  if (element.fForm == kZelScalarProperty && name == "value"sv)
+    parser.Push<TStateValue>(attributes, parser, element.fValue, element.fType);
+  else if (element.fForm == kZelArrayProperty && name == "value.array"sv)
+    parser.Push<TStateValueArray>(attributes, element.fValue, element.fType, element.fArraySize);
+  else if (element.fForm == kZelReferenceProperty && name == "value.reference"sv)
+    parser.Push<TStateValueReference>(attributes, element.fValue);
   else
     parser.UnexpectedElement(name);
 }
 
+// ---- Property declarations in a CLASS -------------------------------------------------
+
+// The qualifiers go to the declaration; the value read is its default.
+TCIMXMLParser::TPropertyDeclState::~TPropertyDeclState() { delete fDecl; }
+
+void TCIMXMLParser::TPropertyDeclState::HandleAttrs(TCIMXMLParser& parser,
+                                                    TAttributeMap& attributes) {
+  TZelPropertyElement& e = fElement;
+  e.ReadAttributes(attributes);
+  switch (e.fForm) {
+  case kZelScalarProperty:
+    fDefault = TCIMValue(e.fType, 0);
+    break;
+  case kZelArrayProperty:
+    fDefault = TCIMValue(TCIMValue::TCIMType::ECIMType(e.fType | TCIMValue::TCIMType::kArray),
+                         e.fArraySize);
+    break;
+  case kZelReferenceProperty:
+    e.fType = TCIMValue::TCIMType::kReference;
+    fDefault = TCIMValue(e.fType, 0);
+    if (!e.fReferenceClass.empty())
+      fDefault.SetReferencedClass(*parser.fContainer->GetClass(e.fReferenceClass));
+    break;
+  }
+  e.fValue = fDefault;
+  fDecl = new TCIMPropertyDecl(e.fName, fClass, fDefault);
+}
+
+void TCIMXMLParser::TPropertyDeclState::StartElement(TCIMXMLParser& parser, std::string& name,
+                                                     TAttributeMap& attributes) {
+  StartChild(parser, name, attributes, fElement, fDecl);
+}
+
 void TCIMXMLParser::TPropertyDeclState::EndElement(TCIMXMLParser& parser, std::string& name) {
-  fDecl->SetValue(fValueRead ? fValue : fDefault);
+  fDecl->SetValue(fElement.fValueRead ? fElement.fValue : fDefault);
   fDecl->AddToContainer();  // the class takes it, or refuses it and it stays ours
   fDecl = 0;
   TParseState::EndElement(parser, name);
@@ -357,72 +365,43 @@ void TCIMXMLParser::TPropertyDeclState::EndElement(TCIMXMLParser& parser, std::s
 
 // ---- Properties of an INSTANCE --------------------------------------------------------
 
-// <!ELEMENT PROPERTY (QUALIFIER*,VALUE?)>, PROPERTY.ARRAY (QUALIFIER*,VALUE.ARRAY?) and
-// PROPERTY.REFERENCE (QUALIFIER*,VALUE.REFERENCE?), attributes as in a CLASS.
-// Phases: 0 qualifiers (read and dropped), 1 the value, 2 done. The property must be one of
-// the class's with the declared type, except in UX402 mode, where a value of another type
-// is dropped at the end.
+// The qualifiers are read and dropped. The property must be one of the class's with the
+// declared type, except in UX402 mode, where a value of another type is dropped at the end.
 void TCIMXMLParser::TPropertyState::HandleAttrs(TCIMXMLParser& parser,
                                                 TAttributeMap& attributes) {
-  std::string referenceClass;
-  bool typed = false;
-  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a) {
-    if (HandleCIMName(a, fName) || HandleClassOrigin(a, fClassOrigin) ||
-        HandlePropagated(a, fPropagated))
-      continue;
-    if (fForm == kZelReferenceProperty)
-      HandleReferenceClass(a, referenceClass);
-    else if (HandleCIMType(a, fType))
-      typed = true;
-    else if (fForm == kZelArrayProperty)
-      HandleArraySize(a, fArraySize);
-  }
-  if (fForm == kZelReferenceProperty)
-    fType = TCIMValue::TCIMType::kReference;
-  else if (fForm == kZelArrayProperty && typed)
-    fType = TCIMValue::TCIMType::ECIMType(fType | TCIMValue::TCIMType::kArray);
+  TZelPropertyElement& e = fElement;
+  bool typed = e.ReadAttributes(attributes);
+  if (e.fForm == kZelReferenceProperty)
+    e.fType = TCIMValue::TCIMType::kReference;
+  else if (e.fForm == kZelArrayProperty && typed)
+    e.fType = TCIMValue::TCIMType::ECIMType(e.fType | TCIMValue::TCIMType::kArray);
   if (parser.fUX402Mode)
     return;
   try {
-    fProperty = &fInstance.GetProperty(fName);
-  } catch (TZELException const& e) {
-    if (e.GetCode() == zelStatusNotFound)
-      ZelLog(zelLogError, "TCIMXMLParser: Couldn't find property " + fName);
+    fProperty = &fInstance.GetProperty(e.fName);
+  } catch (TZELException const& ex) {
+    if (ex.GetCode() == zelStatusNotFound)
+      ZelLog(zelLogError, "TCIMXMLParser: Couldn't find property " + e.fName);
     throw;
   }
-  if (fType != fProperty->GetType())
+  if (e.fType != fProperty->GetType())
     parser.FatalError(kPropertyTypeMismatch);
 }
 
 void TCIMXMLParser::TPropertyState::StartElement(TCIMXMLParser& parser, std::string& name,
                                                  TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "qualifier"sv) {
-    parser.Push<TStateQualifier>(attributes, static_cast<ICIMAllowQualifiers*>(0));
-    return;
-  }
-  if (fPhase > 1)
-    parser.UnexpectedElement(name);
-  fPhase = 2;
-  fValueRead = true;
-  TCIMValue::TCIMType element(TCIMValue::TCIMType::ECIMType(fType & ~TCIMValue::TCIMType::kArray));
-  if (fForm == kZelScalarProperty && name == "value"sv)
-    parser.Push<TStateValue>(attributes, parser, fValue, element);
-  else if (fForm == kZelArrayProperty && name == "value.array"sv)
-    parser.Push<TStateValueArray>(attributes, fValue, element, fArraySize);
-  else if (fForm == kZelReferenceProperty && name == "value.reference"sv)
-    parser.Push<TStateValueReference>(attributes, fValue);
-  else
-    parser.UnexpectedElement(name);
+  TPropertyDeclState::StartChild(parser, name, attributes, fElement, nullptr);
 }
 
 void TCIMXMLParser::TPropertyState::EndElement(TCIMXMLParser& parser, std::string& name) {
-  TCIMProperty* property = parser.fUX402Mode ? fInstance.FindProperty(fName) : fProperty;
+  TZelPropertyElement& e = fElement;
+  TCIMProperty* property = parser.fUX402Mode ? fInstance.FindProperty(e.fName) : fProperty;
   if (property) {  // the values are moved in: the state ends here
-    if (!fValueRead) {
+    if (!e.fValueRead) {
       TCIMValue null = NullLike(property->GetDeclaration().GetValue());
       property->GetBody()->TakeValue(null);
-    } else if (!parser.fUX402Mode || fValue.GetType() == property->GetType()) {
-      property->GetBody()->TakeValue(fValue);
+    } else if (!parser.fUX402Mode || e.fValue.GetType() == property->GetType()) {
+      property->GetBody()->TakeValue(e.fValue);
     }
   }
   TParseState::EndElement(parser, name);

@@ -12,18 +12,13 @@ static const char kUnexpectedParameter[] = "Unexpected IParamValue parameter nam
 // <!ELEMENT MESSAGE (SIMPLEREQ|MULTIREQ)>
 // <!ATTLIST MESSAGE ID CDATA #REQUIRED PROTOCOLVERSION CDATA #REQUIRED>
 void TCIMXMLParser::TStateMessage::HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) {
-  TAttributeMap::const_iterator version = attributes.find("protocolversion");
-  if (version != attributes.end() && version->second != "1.0"sv)
-    parser.FatalError(kUnknownProtocolVersion);
+  ZelCheckVersion(parser, attributes, "protocolversion", {"1.0"sv}, kUnknownProtocolVersion);
 }
 
 void TCIMXMLParser::TStateMessage::StartElement(TCIMXMLParser& parser, std::string& name,
                                                 TAttributeMap& attributes) {
-  if (name == "simplereq"sv)
-    parser.Push<TStateSimpleReq>(attributes);
-  else if (name == "multireq"sv)
-    parser.Push<TStateMultiReq>(attributes);
-  else
+  if (!ZelPushChild(name, "simplereq"sv, [&] { parser.Push<TStateSimpleReq>(attributes); },
+                    "multireq"sv, [&] { parser.Push<TStateMultiReq>(attributes); }))
     parser.UnexpectedElement(name);
 }
 
@@ -85,12 +80,4 @@ void TCIMXMLParser::TStateIParamValue::HandleAttrs(TCIMXMLParser& parser,
     HandleCIMName(a, parameter);
   if (parameter != "NewClass"sv && parameter != "NewInstance"sv)
     parser.FatalError(kUnexpectedParameter);
-}
-
-void TCIMXMLParser::TStateIParamValue::StartElement(TCIMXMLParser& parser, std::string& name,
-                                                    TAttributeMap& attributes) {
-  if (fPhase != 0)
-    parser.UnexpectedElement(name);
-  fPhase = 1;
-  PushObject(parser, name, attributes);
 }

@@ -12,6 +12,7 @@
 #include <boost/make_shared.hpp>
 #include <cstddef>
 #include <deque>
+#include <initializer_list>
 #include <map>
 #include <utility>
 #include <string>
@@ -45,15 +46,35 @@ struct TZelStateAllocator {
 
 template <class State, class... Args>
 State& TCIMXMLParser::Push(TAttributeMap& attributes, Args&&... args) {
-  boost::shared_ptr<State> state =
-      boost::allocate_shared<State>(TZelStateAllocator<State>(), std::forward<Args>(args)...);
-  fStateStack.push_back(state);
-  state->HandleAttrs(*this, attributes);
-  return *state;
+  // Moved into the stack, not copied: no count is touched on the way.
+  fStateStack.push_back(
+      boost::allocate_shared<State>(TZelStateAllocator<State>(), std::forward<Args>(args)...));
+  State& state = static_cast<State&>(*fStateStack.back());
+  state.HandleAttrs(*this, attributes);
+  return state;
+}
+
+/// Dispatch by element name: runs the push that follows the element equal to name, as in
+/// ZelPushChild(name, "cim"sv, [&] { parser.Push<TStateCIM>(attributes); }); false when
+/// no element is.
+inline bool ZelPushChild(const std::string&) { return false; }
+
+template <class Push, class... Rest>
+bool ZelPushChild(const std::string& name, std::string_view element, Push push, Rest... rest) {
+  if (name == element) {
+    push();
+    return true;
+  }
+  return ZelPushChild(name, rest...);
 }
 
 /// The fatal error of a state that finds the stack or its own phase not as it left them.
 inline constexpr char kStateCorrupt[] = "Parser state corrupt";
+
+/// Reports message when the attribute is given with none of the accepted values.
+void ZelCheckVersion(TCIMXMLParser& parser, const TAttributeMap& attributes,
+                     const std::string& attribute, std::initializer_list<std::string_view> accepted,
+                     const char* message);
 
 /// A property declaration whose "KEY" qualifier is present, not NULL and true.
 bool ZelIsKeyDecl(const TCIMPropertyDecl& decl);
@@ -136,6 +157,8 @@ private:
 class TCIMXMLParser::TObjectState : public TParseState {
 public:
   ~TObjectState();
+  /// One "class" or "instance" child (VALUE.OBJECT and IPARAMVALUE).
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
   void EndElement(TCIMXMLParser& parser, std::string& name) override;
 
 protected:
@@ -154,7 +177,6 @@ private:
 class TCIMXMLParser::TStateValueObject : public TObjectState {
 public:
   TStateValueObject() : TObjectState(true) {}
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 };
 
 class TCIMXMLParser::TStateValueNamedInstance : public TObjectState {
@@ -174,25 +196,24 @@ public:
 
 class TCIMXMLParser::TStateValueObjectWithPath : public TObjectState {
 public:
-  TStateValueObjectWithPath() : TObjectState(true), fPath(0) {}
+  TStateValueObjectWithPath() : TStateValueObjectWithPath(false) {}
   void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 
+protected:
+  /// local: the paths are LOCALCLASSPATH and LOCALINSTANCEPATH, without a host.
+  explicit TStateValueObjectWithPath(bool local) : TObjectState(true), fLocal(local), fPath(0) {}
+
 private:
+  bool fLocal;
   std::string fHost;
   std::string fNamespace;
   std::string fClassName;
   TCIMReference fPath;
 };
 
-class TCIMXMLParser::TStateValueObjectWithLocalPath : public TObjectState {
+class TCIMXMLParser::TStateValueObjectWithLocalPath : public TStateValueObjectWithPath {
 public:
-  TStateValueObjectWithLocalPath() : TObjectState(true), fPath(0) {}
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
-
-private:
-  std::string fNamespace;
-  std::string fClassName;
-  TCIMReference fPath;
+  TStateValueObjectWithLocalPath() : TStateValueObjectWithPath(true) {}
 };
 
 class TCIMXMLParser::TStateClass : public TParseState {
@@ -244,6 +265,26 @@ private:
 /// element they take.
 enum EZelPropertyForm { kZelScalarProperty, kZelArrayProperty, kZelReferenceProperty };
 
+/// What a property element carries, in a class and in an instance alike: its attributes,
+/// the value read and the phase of its children (0 qualifiers, 2 after the value).
+struct TZelPropertyElement {
+  explicit TZelPropertyElement(EZelPropertyForm form) : fForm(form) {}
+  /// name, classorigin, propagated, then referenceclass, or type and (arrays) arraysize;
+  /// returns whether a type was given.
+  bool ReadAttributes(const TAttributeMap& attributes);
+
+  EZelPropertyForm fForm;
+  std::string fName;
+  TCIMValue::TCIMType fType;
+  std::string fClassOrigin;
+  bool fPropagated = false;
+  unsigned int fArraySize = 0;
+  std::string fReferenceClass;
+  TCIMValue fValue;
+  bool fValueRead = false;
+  int fPhase = 0;
+};
+
 class TCIMXMLParser::TPropertyDeclState : public TParseState {
 public:
   ~TPropertyDeclState();
@@ -251,25 +292,20 @@ public:
   void EndElement(TCIMXMLParser& parser, std::string& name) override;
   void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
+  /// A child of a property element in a class or an instance: QUALIFIER (for owner; none
+  /// takes those of an instance), then the value element of its form.
+  static void StartChild(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes,
+                         TZelPropertyElement& element, ICIMAllowQualifiers* owner);
+
 protected:
   TPropertyDeclState(TCIMClass& cls, EZelPropertyForm form)
-      : fClass(cls), fForm(form), fPropagated(false), fArraySize(0), fDecl(0),
-        fValueRead(false), fPhase(0) {}
+      : fClass(cls), fElement(form), fDecl(0) {}
 
 private:
   TCIMClass& fClass;
-  EZelPropertyForm fForm;
-  std::string fName;
-  TCIMValue::TCIMType fType;
-  std::string fClassOrigin;
-  bool fPropagated;
-  unsigned int fArraySize;
-  std::string fReferenceClass;
+  TZelPropertyElement fElement;
   TCIMPropertyDecl* fDecl;  // owned until registered
   TCIMValue fDefault;       // NULL of the declared type
-  TCIMValue fValue;
-  bool fValueRead;
-  int fPhase;
 };
 
 class TCIMXMLParser::TStatePropertyDecl : public TPropertyDeclState {
@@ -294,21 +330,12 @@ public:
 
 protected:
   TPropertyState(TCIMInstance& instance, EZelPropertyForm form)
-      : fInstance(instance), fForm(form), fPropagated(false), fArraySize(0), fProperty(0),
-        fValueRead(false), fPhase(0) {}
+      : fInstance(instance), fElement(form), fProperty(0) {}
 
 private:
   TCIMInstance& fInstance;
-  EZelPropertyForm fForm;
-  std::string fName;
-  TCIMValue::TCIMType fType;  // as written, array bit added for the array form
-  std::string fClassOrigin;
-  bool fPropagated;
-  unsigned int fArraySize;
-  TCIMProperty* fProperty;    // looked up at the start unless in UX402 mode
-  TCIMValue fValue;
-  bool fValueRead;
-  int fPhase;
+  TZelPropertyElement fElement;  // the type as written, array bit added for the array form
+  TCIMProperty* fProperty;       // looked up at the start unless in UX402 mode
 };
 
 class TCIMXMLParser::TStateProperty : public TPropertyState {
@@ -402,92 +429,79 @@ private:
   unsigned int fCount;
 };
 
-class TCIMXMLParser::TStateHost : public TParseState {
+/// KEYVALUE and HOST: the character data between the tags is the text.
+class TCIMXMLParser::TStateKeyValue : public TParseState {
 public:
-  TStateHost(TCIMXMLParser& parser, std::string& host);
+  TStateKeyValue(TCIMXMLParser& parser, std::string& text);
   void EndElement(TCIMXMLParser& parser, std::string& name) override;
 
 private:
-  std::string& fHost;
+  std::string& fText;
 };
 
-class TCIMXMLParser::TStateNamespace : public TParseState {
+class TCIMXMLParser::TStateHost : public TStateKeyValue {
 public:
-  explicit TStateNamespace(std::string& nameSpace);
-  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
-
-private:
-  std::string& fNamespace;
+  TStateHost(TCIMXMLParser& parser, std::string& host) : TStateKeyValue(parser, host) {}
 };
 
+/// The four path elements: a namespace path (NAMESPACEPATH, or LOCALNAMESPACEPATH in the
+/// local forms, which have no host), then CLASSNAME in the class forms or INSTANCENAME in
+/// the instance forms. The other three are this one with other targets.
 class TCIMXMLParser::TStateClassPath : public TParseState {
 public:
-  TStateClassPath(std::string& host, std::string& nameSpace, std::string& className);
+  TStateClassPath(std::string& host, std::string& nameSpace, std::string& className)
+      : TStateClassPath(&host, nameSpace, &className, nullptr) {}
   void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
 
+protected:
+  TStateClassPath(std::string* host, std::string& nameSpace, std::string* className,
+                  TCIMReference* path)
+      : fHost(host), fNamespace(nameSpace), fClassName(className), fPath(path), fPhase(0) {}
+
 private:
-  std::string& fHost;
+  std::string* fHost;       // null in the local forms
   std::string& fNamespace;
-  std::string& fClassName;
+  std::string* fClassName;  // null in the instance forms
+  TCIMReference* fPath;     // null in the class forms
   int fPhase;
 };
 
-class TCIMXMLParser::TStateLocalClassPath : public TParseState {
+class TCIMXMLParser::TStateLocalClassPath : public TStateClassPath {
 public:
-  TStateLocalClassPath(std::string& nameSpace, std::string& className);
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
-
-private:
-  std::string& fNamespace;
-  std::string& fClassName;
-  int fPhase;
+  TStateLocalClassPath(std::string& nameSpace, std::string& className)
+      : TStateClassPath(nullptr, nameSpace, &className, nullptr) {}
 };
 
+class TCIMXMLParser::TStateInstancePath : public TStateClassPath {
+public:
+  TStateInstancePath(std::string& host, std::string& nameSpace, TCIMReference& path)
+      : TStateClassPath(&host, nameSpace, nullptr, &path) {}
+};
+
+class TCIMXMLParser::TStateLocalInstancePath : public TStateClassPath {
+public:
+  TStateLocalInstancePath(std::string& nameSpace, TCIMReference& path)
+      : TStateClassPath(nullptr, nameSpace, nullptr, &path) {}
+};
+
+/// CLASSNAME and NAMESPACE, read for their "name" alone: a class name is stored; a
+/// namespace adds one segment to the namespace path (root/cimv2).
 class TCIMXMLParser::TStateClassName : public TParseState {
 public:
-  explicit TStateClassName(std::string& className);
+  explicit TStateClassName(std::string& className) : TStateClassName(className, false) {}
   void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
+protected:
+  TStateClassName(std::string& target, bool segment) : fTarget(target), fSegment(segment) {}
+
 private:
-  std::string& fClassName;
+  std::string& fTarget;
+  bool fSegment;
 };
 
-class TCIMXMLParser::TStateInstancePath : public TParseState {
+class TCIMXMLParser::TStateNamespace : public TStateClassName {
 public:
-  TStateInstancePath(std::string& host, std::string& nameSpace, TCIMReference& path);
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
-
-private:
-  std::string& fHost;
-  std::string& fNamespace;
-  TCIMReference& fPath;
-  int fPhase;
-};
-
-class TCIMXMLParser::TStateLocalInstancePath : public TParseState {
-public:
-  TStateLocalInstancePath(std::string& nameSpace, TCIMReference& path);
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
-
-private:
-  std::string& fNamespace;
-  TCIMReference& fPath;
-  int fPhase;
-};
-
-class TCIMXMLParser::TStateInstanceName : public TParseState {
-public:
-  explicit TStateInstanceName(TCIMReference& path);
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
-  void EndElement(TCIMXMLParser& parser, std::string& name) override;
-  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
-
-private:
-  TCIMReference& fPath;
-  TCIMClass* fClass;
-  std::string fKeyText;
-  TCIMValue fKeyReference;
-  int fPhase;
+  explicit TStateNamespace(std::string& nameSpace) : TStateClassName(nameSpace, true) {}
 };
 
 class TCIMXMLParser::TStateKeyBinding : public TParseState {
@@ -497,22 +511,33 @@ public:
   void EndElement(TCIMXMLParser& parser, std::string& name) override;
   void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
-private:
+protected:
+  /// A KEYVALUE or VALUE.REFERENCE child, the first one only: false for anything else.
+  bool PushKeyValue(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes);
+  /// Binds the key value read, if any, to the key property named.
+  void BindKeyValue(TCIMXMLParser& parser, const std::string& property);
+
   TCIMClass* fClass;
   TCIMReference& fPath;
+  int fPhase;  // 0 nothing read, 1 KEYVALUE, 2 VALUE.REFERENCE
+
+private:
   std::string fName;
   std::string fKeyText;
   TCIMValue fKeyReference;
-  int fPhase;  // 0 nothing read, 1 KEYVALUE, 2 VALUE.REFERENCE
 };
 
-class TCIMXMLParser::TStateKeyValue : public TParseState {
+/// Read as KEYBINDING children, or as one unnamed key binding whose property is the first
+/// key property of the class.
+class TCIMXMLParser::TStateInstanceName : public TStateKeyBinding {
 public:
-  TStateKeyValue(TCIMXMLParser& parser, std::string& text);
+  explicit TStateInstanceName(TCIMReference& path);
+  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
   void EndElement(TCIMXMLParser& parser, std::string& name) override;
+  void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
 private:
-  std::string& fText;
+  bool fBindings;  // KEYBINDING children read
 };
 
 class TCIMXMLParser::TStateObjectPath : public TParseState {
@@ -566,7 +591,6 @@ private:
 class TCIMXMLParser::TStateIParamValue : public TObjectState {
 public:
   TStateIParamValue() : TObjectState(false) {}
-  void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
   void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 };
 

@@ -171,106 +171,41 @@ void TCIMXMLParser::TStateLocalNamespacePath::EndElement(TCIMXMLParser& parser,
   TParseState::EndElement(parser, name);
 }
 
-// <!ELEMENT HOST (#PCDATA)>
-TCIMXMLParser::TStateHost::TStateHost(TCIMXMLParser& parser, std::string& host) : fHost(host) {
-  parser.fCharData.clear();
-}
-
-void TCIMXMLParser::TStateHost::EndElement(TCIMXMLParser& parser, std::string& name) {
-  fHost = parser.fCharData;
-  parser.fCharData.clear();
-  TParseState::EndElement(parser, name);
-}
-
-// <!ELEMENT NAMESPACE EMPTY> <!ATTLIST NAMESPACE %CIMName;>
-// Each namespace adds one segment to the path: root/cimv2.
-TCIMXMLParser::TStateNamespace::TStateNamespace(std::string& nameSpace) : fNamespace(nameSpace) {}
-
-void TCIMXMLParser::TStateNamespace::HandleAttrs(TCIMXMLParser&, TAttributeMap& attributes) {
-  std::string segment;
-  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a)
-    HandleCIMName(a, segment);
-  if (!fNamespace.empty())
-    fNamespace += '/';
-  fNamespace += segment;
-}
-
 // <!ELEMENT CLASSPATH (NAMESPACEPATH,CLASSNAME)>
-// Phases: 0 NAMESPACEPATH, 1 CLASSNAME, 2 done.
-TCIMXMLParser::TStateClassPath::TStateClassPath(std::string& host, std::string& nameSpace,
-                                                std::string& className)
-    : fHost(host), fNamespace(nameSpace), fClassName(className), fPhase(0) {}
-
+// <!ELEMENT LOCALCLASSPATH (LOCALNAMESPACEPATH,CLASSNAME)>
+// <!ELEMENT INSTANCEPATH (NAMESPACEPATH,INSTANCENAME)>
+// <!ELEMENT LOCALINSTANCEPATH (LOCALNAMESPACEPATH,INSTANCENAME)>
+// Phases: 0 the namespace path, 1 the name, 2 done.
 void TCIMXMLParser::TStateClassPath::StartElement(TCIMXMLParser& parser, std::string& name,
                                                   TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "namespacepath"sv)
-    parser.Push<TStateNamespacePath>(attributes, fHost, fNamespace);
-  else if (fPhase == 1 && name == "classname"sv)
-    parser.Push<TStateClassName>(attributes, fClassName);
-  else
-    parser.UnexpectedElement(name);
-  ++fPhase;
-}
-
-// <!ELEMENT LOCALCLASSPATH (LOCALNAMESPACEPATH,CLASSNAME)>
-// Phases: 0 LOCALNAMESPACEPATH, 1 CLASSNAME, 2 done.
-TCIMXMLParser::TStateLocalClassPath::TStateLocalClassPath(std::string& nameSpace,
-                                                          std::string& className)
-    : fNamespace(nameSpace), fClassName(className), fPhase(0) {}
-
-void TCIMXMLParser::TStateLocalClassPath::StartElement(TCIMXMLParser& parser,
-                                                       std::string& name,
-                                                       TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "localnamespacepath"sv)
+  if (fPhase == 0 && fHost && name == "namespacepath"sv)
+    parser.Push<TStateNamespacePath>(attributes, *fHost, fNamespace);
+  else if (fPhase == 0 && !fHost && name == "localnamespacepath"sv)
     parser.Push<TStateLocalNamespacePath>(attributes, fNamespace);
-  else if (fPhase == 1 && name == "classname"sv)
-    parser.Push<TStateClassName>(attributes, fClassName);
+  else if (fPhase == 1 && fClassName && name == "classname"sv)
+    parser.Push<TStateClassName>(attributes, *fClassName);
+  else if (fPhase == 1 && fPath && name == "instancename"sv)
+    parser.Push<TStateInstanceName>(attributes, *fPath);
   else
     parser.UnexpectedElement(name);
   ++fPhase;
 }
 
 // <!ELEMENT CLASSNAME EMPTY> <!ATTLIST CLASSNAME %CIMName;>
-TCIMXMLParser::TStateClassName::TStateClassName(std::string& className) : fClassName(className) {}
-
+// <!ELEMENT NAMESPACE EMPTY> <!ATTLIST NAMESPACE %CIMName;>
 void TCIMXMLParser::TStateClassName::HandleAttrs(TCIMXMLParser&, TAttributeMap& attributes) {
+  std::string name;
+  bool named = false;
   for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a)
-    HandleCIMName(a, fClassName);
-}
-
-// <!ELEMENT INSTANCEPATH (NAMESPACEPATH,INSTANCENAME)>
-// Phases: 0 NAMESPACEPATH, 1 INSTANCENAME, 2 done.
-TCIMXMLParser::TStateInstancePath::TStateInstancePath(std::string& host, std::string& nameSpace,
-                                                      TCIMReference& path)
-    : fHost(host), fNamespace(nameSpace), fPath(path), fPhase(0) {}
-
-void TCIMXMLParser::TStateInstancePath::StartElement(TCIMXMLParser& parser, std::string& name,
-                                                     TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "namespacepath"sv)
-    parser.Push<TStateNamespacePath>(attributes, fHost, fNamespace);
-  else if (fPhase == 1 && name == "instancename"sv)
-    parser.Push<TStateInstanceName>(attributes, fPath);
-  else
-    parser.UnexpectedElement(name);
-  ++fPhase;
-}
-
-// <!ELEMENT LOCALINSTANCEPATH (LOCALNAMESPACEPATH,INSTANCENAME)>
-// Phases: 0 LOCALNAMESPACEPATH, 1 INSTANCENAME, 2 done.
-TCIMXMLParser::TStateLocalInstancePath::TStateLocalInstancePath(std::string& nameSpace,
-                                                                TCIMReference& path)
-    : fNamespace(nameSpace), fPath(path), fPhase(0) {}
-
-void TCIMXMLParser::TStateLocalInstancePath::StartElement(TCIMXMLParser& parser,
-                                                          std::string& name,
-                                                          TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "localnamespacepath"sv)
-    parser.Push<TStateLocalNamespacePath>(attributes, fNamespace);
-  else if (fPhase == 1 && name == "instancename"sv)
-    parser.Push<TStateInstanceName>(attributes, fPath);
-  else
-    parser.UnexpectedElement(name);
-  ++fPhase;
+    named = HandleCIMName(a, name) || named;
+  if (!fSegment) {
+    if (named)
+      fTarget = name;
+    return;
+  }
+  if (!fTarget.empty())
+    fTarget += '/';
+  fTarget += name;
 }
 
 // <!ELEMENT OBJECTPATH (INSTANCEPATH|CLASSPATH)>
@@ -303,12 +238,54 @@ static void BindKeyText(TCIMXMLParser& parser, TCIMClass& cls, TCIMReference& pa
   path.AddKeyValue(name, parser.ParseValue(decl->GetType(), text));
 }
 
+// <!ELEMENT KEYBINDING (KEYVALUE|VALUE.REFERENCE)> <!ATTLIST KEYBINDING %CIMName;>
+TCIMXMLParser::TStateKeyBinding::TStateKeyBinding(TCIMClass* cls, TCIMReference& path)
+    : fClass(cls), fPath(path), fPhase(0) {}
+
+void TCIMXMLParser::TStateKeyBinding::HandleAttrs(TCIMXMLParser&, TAttributeMap& attributes) {
+  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a)
+    HandleCIMName(a, fName);
+}
+
+void TCIMXMLParser::TStateKeyBinding::StartElement(TCIMXMLParser& parser, std::string& name,
+                                                   TAttributeMap& attributes) {
+  if (!PushKeyValue(parser, name, attributes))
+    parser.UnexpectedElement(name);
+}
+
+void TCIMXMLParser::TStateKeyBinding::EndElement(TCIMXMLParser& parser, std::string& name) {
+  BindKeyValue(parser, fName);
+  TParseState::EndElement(parser, name);
+}
+
+bool TCIMXMLParser::TStateKeyBinding::PushKeyValue(TCIMXMLParser& parser, std::string& name,
+                                                   TAttributeMap& attributes) {
+  if (fPhase == 0 && name == "keyvalue"sv) {
+    fPhase = 1;
+    parser.Push<TStateKeyValue>(attributes, parser, fKeyText);
+  } else if (fPhase == 0 && name == "value.reference"sv) {
+    fPhase = 2;
+    parser.Push<TStateValueReference>(attributes, fKeyReference);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+void TCIMXMLParser::TStateKeyBinding::BindKeyValue(TCIMXMLParser& parser,
+                                                   const std::string& property) {
+  if (fPhase == 1)
+    BindKeyText(parser, *fClass, fPath, property, fKeyText);
+  else if (fPhase == 2)
+    fPath.AddKeyValue(property, fKeyReference);
+}
+
 // <!ELEMENT INSTANCENAME (KEYBINDING*|KEYVALUE?|VALUE.REFERENCE?)>
 // <!ATTLIST INSTANCENAME %ClassName;>
-// Phases: 0 nothing yet, 1 key bindings, 2 one unnamed KEYVALUE, 3 one unnamed
-// VALUE.REFERENCE, 4 done. An unnamed value goes to the first key property of the class.
+// Key bindings, or one unnamed KEYVALUE or VALUE.REFERENCE, which goes to the first key
+// property of the class.
 TCIMXMLParser::TStateInstanceName::TStateInstanceName(TCIMReference& path)
-    : fPath(path), fClass(0), fPhase(0) {}
+    : TStateKeyBinding(0, path), fBindings(false) {}
 
 void TCIMXMLParser::TStateInstanceName::HandleAttrs(TCIMXMLParser& parser,
                                                     TAttributeMap& attributes) {
@@ -324,22 +301,16 @@ void TCIMXMLParser::TStateInstanceName::HandleAttrs(TCIMXMLParser& parser,
 
 void TCIMXMLParser::TStateInstanceName::StartElement(TCIMXMLParser& parser, std::string& name,
                                                      TAttributeMap& attributes) {
-  if (fPhase <= 1 && name == "keybinding"sv) {
-    fPhase = 1;
+  if (fPhase == 0 && name == "keybinding"sv) {
+    fBindings = true;
     parser.Push<TStateKeyBinding>(attributes, fClass, fPath);
-  } else if (fPhase == 0 && name == "keyvalue"sv) {
-    fPhase = 2;
-    parser.Push<TStateKeyValue>(attributes, parser, fKeyText);
-  } else if (fPhase == 0 && name == "value.reference"sv) {
-    fPhase = 3;
-    parser.Push<TStateValueReference>(attributes, fKeyReference);
-  } else {
+  } else if (fBindings || !PushKeyValue(parser, name, attributes)) {
     parser.UnexpectedElement(name);
   }
 }
 
 void TCIMXMLParser::TStateInstanceName::EndElement(TCIMXMLParser& parser, std::string& name) {
-  if (fPhase >= 2) {
+  if (fPhase != 0) {
     TCIMPropertyDecl* key = 0;
     std::vector<TCIMPropertyDecl*> decls = fClass->EnumeratePropertyDecls();
     for (std::vector<TCIMPropertyDecl*>::const_iterator d = decls.begin(); d != decls.end(); ++d)
@@ -349,46 +320,12 @@ void TCIMXMLParser::TStateInstanceName::EndElement(TCIMXMLParser& parser, std::s
       }
     if (!key)
       parser.FatalError(NoKeysMessage(*fClass).c_str());
-    if (fPhase == 2)
-      BindKeyText(parser, *fClass, fPath, key->GetName(), fKeyText);
-    else
-      fPath.AddKeyValue(key->GetName(), fKeyReference);
+    BindKeyValue(parser, key->GetName());
   }
   TParseState::EndElement(parser, name);
 }
 
-// <!ELEMENT KEYBINDING (KEYVALUE|VALUE.REFERENCE)> <!ATTLIST KEYBINDING %CIMName;>
-// Phases: 0 nothing read, 1 KEYVALUE read, 2 VALUE.REFERENCE read.
-TCIMXMLParser::TStateKeyBinding::TStateKeyBinding(TCIMClass* cls, TCIMReference& path)
-    : fClass(cls), fPath(path), fPhase(0) {}
-
-void TCIMXMLParser::TStateKeyBinding::HandleAttrs(TCIMXMLParser&, TAttributeMap& attributes) {
-  for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a)
-    HandleCIMName(a, fName);
-}
-
-void TCIMXMLParser::TStateKeyBinding::StartElement(TCIMXMLParser& parser, std::string& name,
-                                                   TAttributeMap& attributes) {
-  if (fPhase == 0 && name == "keyvalue"sv) {
-    fPhase = 1;
-    parser.Push<TStateKeyValue>(attributes, parser, fKeyText);
-  } else if (fPhase == 0 && name == "value.reference"sv) {
-    fPhase = 2;
-    parser.Push<TStateValueReference>(attributes, fKeyReference);
-  } else {
-    parser.UnexpectedElement(name);
-  }
-}
-
-void TCIMXMLParser::TStateKeyBinding::EndElement(TCIMXMLParser& parser, std::string& name) {
-  if (fPhase == 1)
-    BindKeyText(parser, *fClass, fPath, fName, fKeyText);
-  else if (fPhase == 2)
-    fPath.AddKeyValue(fName, fKeyReference);
-  TParseState::EndElement(parser, name);
-}
-
-// <!ELEMENT KEYVALUE (#PCDATA)>
+// <!ELEMENT KEYVALUE (#PCDATA)> and <!ELEMENT HOST (#PCDATA)>
 TCIMXMLParser::TStateKeyValue::TStateKeyValue(TCIMXMLParser& parser, std::string& text)
     : fText(text) {
   parser.fCharData.clear();

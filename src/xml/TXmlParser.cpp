@@ -90,6 +90,18 @@ static inline char* Scan(char* p, unsigned char type) {
 static inline char* ScanTo(char* p, unsigned char type) { return Scan<true>(p, type); }
 static inline char* SkipWhile(char* p, unsigned char type) { return Scan<false>(p, type); }
 
+// The end of the character data at p. The short runs (white space between tags) by the
+// table; past 16 bytes (descriptions), by the C library's vector scan.
+static inline char* ScanText(char* p) {
+  for (char* end = p + 16; p != end; p += 4) {
+    if (Is(p[0], kTextEnd)) return p;
+    if (Is(p[1], kTextEnd)) return p + 1;
+    if (Is(p[2], kTextEnd)) return p + 2;
+    if (Is(p[3], kTextEnd)) return p + 3;
+  }
+  return p + std::strcspn(p, "<&");
+}
+
 // The end of the name at p, or null when p does not begin a name.
 static inline char* ScanName(char* p) {
   return Is(*p, kNameStart) ? SkipWhile(p + 1, kName) : nullptr;
@@ -145,15 +157,66 @@ static bool InsertAttribute(TAttributeMap& attributes, TNodePool& spare, const c
   return attributes.size() != before;
 }
 
-static void RecycleAttributes(TAttributeMap& attributes, TNodePool& spare) {
-  while (!attributes.empty())
-    spare.push_back(attributes.extract(attributes.begin()));
+// The slot of a start tag's attribute map, from the name's length and its first and last
+// letters. Chosen so that the frequent CIM-XML elements with different attributes seldom
+// share a slot; sharing only costs the rebuild of the map.
+constexpr size_t kAttributeSlots = 16;
+
+static inline size_t AttributeSlot(const char* name, const char* nameEnd) {
+  size_t first = static_cast<unsigned char>(name[0] | 0x20),
+         last = static_cast<unsigned char>(nameEnd[-1] | 0x20);
+  return (static_cast<size_t>(nameEnd - name) + 4 * last + first) % kAttributeSlots;
 }
+
+// Moves the nodes from `from` to the end of the map to the spare list.
+static void RecycleAttributes(TAttributeMap& attributes, TAttributeMap::iterator from,
+                              TNodePool& spare) {
+  while (from != attributes.end())
+    spare.push_back(attributes.extract(from++));
+}
+
+// A start tag reuses the map its slot kept from the last tag: as long as the names come in
+// the order of its keys (as the tags of one kind do), only the values are assigned, and
+// the tree is not touched. The first name out of that order sends the rest of the old
+// nodes to the spare list and is inserted.
+namespace {
+class TAttributeFiller {
+public:
+  TAttributeFiller(TAttributeMap& attributes, TNodePool& spare)
+      : fAttributes(attributes), fSpare(spare), fNext(attributes.begin()), fInPlace(true) {}
+
+  // False when the name is there already.
+  bool Add(const char* name, size_t nameLength, const char* value, size_t valueLength) {
+    if (fInPlace) {
+      if (fNext != fAttributes.end() && fNext->first.size() == nameLength &&
+          std::memcmp(fNext->first.data(), name, nameLength) == 0) {
+        (fNext++)->second.assign(value, valueLength);
+        return true;
+      }
+      RecycleAttributes(fAttributes, fNext, fSpare);
+      fInPlace = false;
+    }
+    return InsertAttribute(fAttributes, fSpare, name, nameLength, value, valueLength);
+  }
+
+  // Drops what the tag did not name.
+  void Finish() {
+    if (fInPlace)
+      RecycleAttributes(fAttributes, fNext, fSpare);
+  }
+
+private:
+  TAttributeMap& fAttributes;
+  TNodePool& fSpare;
+  TAttributeMap::iterator fNext;
+  bool fInPlace;
+};
+}  // namespace
 
 // Reads the attributes of a start tag from just after its name; stops before "/", ">" or
 // anything not preceded by whitespace. Returns the message of the first error, or null;
-// pos is left at the end or at the offending byte.
-static const char* ReadAttributes(char*& pos, TAttributeMap& attributes, TNodePool& spare) {
+// pos is left at the end or at the offending byte. count is the number of attributes read.
+static const char* ReadAttributes(char*& pos, TAttributeFiller& attributes, size_t& count) {
   char* p = pos;
   for (;;) {
     char* name = SkipWhile(p, kSpace);
@@ -189,12 +252,13 @@ static const char* ReadAttributes(char*& pos, TAttributeMap& attributes, TNodePo
       return kInAttributeValue;
     }
     ZelAsciiLowerInPlace(name, nameEnd);
-    bool added = InsertAttribute(attributes, spare, name, nameEnd - name, value, p - value);
+    bool added = attributes.Add(name, nameEnd - name, value, p - value);
     ++p;
     if (!added) {
       pos = p;
       return kAttributeTwice;
     }
+    ++count;
   }
 }
 
@@ -336,7 +400,10 @@ bool TXmlParser::ParseMisc() {
 bool TXmlParser::ParseElement() {
   std::vector<TOpenElement> open;
   open.reserve(64);
-  TAttributeMap attributes;
+  // One map per slot of element names, so that a tag finds the names of the last tag of
+  // its kind in place; tags without attributes get the empty one and leave those alone.
+  TAttributeMap kept[kAttributeSlots];
+  TAttributeMap none;
   TNodePool spare;
   for (;;) {
     if (*fCurPos != '<') {
@@ -347,10 +414,16 @@ bool TXmlParser::ParseElement() {
     if (!ValidateName())
       return false;
     char* nameEnd = fCurPos;
-    if (const char* message = ReadAttributes(fCurPos, attributes, spare)) {
+    TAttributeMap& slot = kept[AttributeSlot(name, nameEnd)];
+    TAttributeFiller filler(slot, spare);
+    size_t count = 0;
+    if (const char* message = ReadAttributes(fCurPos, filler, count)) {
       FatalError(message);
       return false;
     }
+    if (count)
+      filler.Finish();
+    TAttributeMap& attributes = count ? slot : none;
     bool empty = *fCurPos == '/';
     if (empty)
       ++fCurPos;
@@ -365,7 +438,8 @@ bool TXmlParser::ParseElement() {
       if (empty)
         EndElement(name);
     }
-    RecycleAttributes(attributes, spare);
+    if (!none.empty())  // changed by the callback
+      RecycleAttributes(none, none.begin(), spare);
     if (!empty)
       open.push_back(TOpenElement{name, static_cast<size_t>(nameEnd - name)});
     else if (open.empty())
@@ -395,13 +469,18 @@ bool TXmlParser::ParseElement() {
 
       fCurPos += 2;
       char* endName = fCurPos;
-      if (!ValidateName())
-        return false;
       TOpenElement const& element = open.back();
-      // Prefix match on purpose: <abc> closes with </abcd>.
-      if (static_cast<size_t>(fCurPos - endName) < element.fLength ||
-          std::memcmp(endName, element.fName, element.fLength) != 0) {
-        FatalError(kNamesDontMatch);
+      // Prefix match on purpose: <abc> closes with </abcd>. The start name is a valid name,
+      // so only what follows it needs scanning; a mismatch (the NUL at the end included)
+      // is judged by the full rules for its message.
+      size_t same = 0;
+      while (same < element.fLength && endName[same] == element.fName[same])
+        ++same;
+      if (same == element.fLength) {
+        fCurPos = SkipWhile(endName + same, kName);
+      } else {
+        if (ValidateName())
+          FatalError(kNamesDontMatch);
         return false;
       }
       SkipWhitespace();
@@ -460,7 +539,7 @@ bool TXmlParser::SkipWhitespace() {
 bool TXmlParser::ParseCharData() {
   for (;;) {
     char* text = fCurPos;
-    fCurPos = ScanTo(text, kTextEnd);
+    fCurPos = ScanText(text);
     if (fCurPos != text) {
       TTerminator terminator(fCurPos);
       characters(text, static_cast<unsigned int>(fCurPos - text));

@@ -173,11 +173,12 @@ TEST_F(CIMXMLParserTest, UX402ModeDropsValuesOfAnotherType) {
 TEST_F(CIMXMLParserTest, ValueTextIsKeptWholeAndBadDateTimesDefault) {
   ParseInto(fContainer, DataText("instances-properties.xml"));
   ParseInto(fContainer, DiskInstance("<PROPERTY NAME=\"Label\" TYPE=\"string\"><VALUE>\n  two\n"
-                                     "  lines </VALUE></PROPERTY>\n"
+                                     "  lines&#0;&#256;&#x41;&amp; </VALUE></PROPERTY>\n"
                                      "<PROPERTY NAME=\"Installed\" TYPE=\"datetime\">"
                                      "<VALUE>yesterday</VALUE></PROPERTY>"));
   std::string key = "ZT_Disk.DeviceID=\"disk9\"";
-  EXPECT_EQ(static_cast<std::string>(Value("ZT_Disk", key, "Label")), "\n  two\n  lines ");
+  // A reference to byte 0 (&#256; keeps its low byte) adds nothing to the text.
+  EXPECT_EQ(static_cast<std::string>(Value("ZT_Disk", key, "Label")), "\n  two\n  linesA& ");
   EXPECT_EQ(Value("ZT_Disk", key, "Installed").ToString(10), "19700101000000.000000+000");
   EXPECT_EQ(LoggedLines(), (TNames{"ZEL_Core: [Error] Invalid datetime found on line 4.  "
                                    "Defaulting the datetime to 01/01/1970 00:00:00."}));
@@ -199,6 +200,26 @@ TEST_F(CIMXMLParserTest, AMethodPushesNothingSoItsEndTagClosesTheClass) {
 }
 
 
+// Element names of every length are compared in lower case, whatever case they are written
+// in; the message names them lowered.
+TEST_F(CIMXMLParserTest, ElementNamesOfAnyLengthAreLowered) {
+  std::string written, lowered;
+  for (int length = 1; length <= 26; ++length) {
+    char letter = static_cast<char>('A' + length - 1);
+    written += length % 2 ? letter : static_cast<char>(letter + ('a' - 'A'));
+    lowered += static_cast<char>(letter + ('a' - 'A'));
+    TContainer container;
+    EXPECT_ZEL_THROW(ParseInto(container, "<CIM><" + written + "/></CIM>"),
+                     zelStatusInvalidSpecificationDocument);
+    EXPECT_LOGGED("ZEL_Core: [Error] CIM-XML Parser line 1:Unexpected element " + lowered);
+  }
+  std::string mixed = "<cIm><DeClArAtIoN><dEcLgRoUp><QuAlIfIeR.DeClArAtIoN NAME=\"Q\" "
+                      "TYPE=\"string\"><ScOpE CLASS=\"true\"/></QuAlIfIeR.DeClArAtIoN>"
+                      "</dEcLgRoUp></DeClArAtIoN></cIm>";
+  EXPECT_TRUE(ParseInto(fContainer, mixed).empty());
+  EXPECT_NE(fContainer.FindQualifierDecl("Q"), nullptr);
+}
+
 // The reader's own number and word conversion must give what the value's text constructor
 // (stream extraction) gives, for every odd text.
 TEST_F(CIMXMLParserTest, ParseValueReadsLikeTheValueTextConstructor) {
@@ -216,6 +237,32 @@ TEST_F(CIMXMLParserTest, ParseValueReadsLikeTheValueTextConstructor) {
       EXPECT_TRUE(parser.ParseValue(T(type), text) == expected)
           << "type " << T(type) << " text '" << word << "'";
     }
+  }
+}
+
+// The TYPE attribute reads type names in any case; anything else is a type mismatch.
+TEST_F(CIMXMLParserTest, TypeAttributeReadsNamesInAnyCase) {
+  typedef TCIMValue::TCIMType T;
+  const struct {
+    char const* text;
+    T::ECIMType type;  // kNull: refused
+  } rows[] = {{"boolean", T::kBoolean}, {"uint8", T::kUint8},     {"SINT8", T::kSint8},
+              {"Uint16", T::kUint16},   {"sInt16", T::kSint16},   {"uint32", T::kUint32},
+              {"SINT32", T::kSint32},   {"uint64", T::kUint64},   {"Sint64", T::kSint64},
+              {"real32", T::kReal32},   {"REAL64", T::kReal64},   {"String", T::kString},
+              {"DateTime", T::kDateTime}, {"char", T::kNull},     {"reference", T::kNull},
+              {"", T::kNull},           {"string ", T::kNull},    {"uint128", T::kNull},
+              {"strin", T::kNull},      {"datetimes", T::kNull},  {"uint8\xC9", T::kNull}};
+  for (auto const& row : rows) {
+    TCIMXMLParser::TAttributeMap attributes{{"type", row.text}};
+    T type(T::kArray);
+    if (row.type == T::kNull) {
+      EXPECT_ZEL_THROW(TCIMXMLParser::HandleCIMType(attributes.begin(), type),
+                       zelStatusTypeMismatch);
+      continue;
+    }
+    EXPECT_TRUE(TCIMXMLParser::HandleCIMType(attributes.begin(), type)) << row.text;
+    EXPECT_EQ(T::ECIMType(type), row.type) << row.text;
   }
 }
 

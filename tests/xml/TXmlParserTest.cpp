@@ -21,12 +21,52 @@ TEST(TXmlParserTest, DeliversPrologMiscAndElementsInOrder) {
             "<a x=1 y=2>|<b z=3>|</b>|<c>|</c>|<d x=5 y=4>|</d>|</a>|");
 }
 
+TEST(TXmlParserTest, EveryStartTagGetsExactlyItsOwnAttributes) {
+  // Tags of one name in a row, with the same, fewer, more, reordered and repeated names,
+  // tags of other names (and without attributes) between them.
+  EXPECT_EQ(Events("<r><p n='1' t='a'/><p n='2' t='b'/><v/><p n='3' t='c'/><p n='4'/>"
+                   "<p t='5'/><p n='6' t='d' x='e'/><p x='7' n='8'/><p/><q n='9'/>"
+                   "<p N='10' T='f'/></r>"),
+            "<r>|<p n=1 t=a>|</p>|<p n=2 t=b>|</p>|<v>|</v>|<p n=3 t=c>|</p>|<p n=4>|</p>|"
+            "<p t=5>|</p>|<p n=6 t=d x=e>|</p>|<p n=8 x=7>|</p>|<p>|</p>|<q n=9>|</q>|"
+            "<p n=10 t=f>|</p>|</r>|");
+  // A repeat is found whether the names before it matched the last tag's or not.
+  EXPECT_EQ(Events("<r><p n='1' t='2'/><p n='3' n='4'/></r>"),
+            "<r>|<p n=1 t=2>|</p>|!Attribute appears twice@1|");
+  EXPECT_EQ(Events("<r><p n='1' t='2'/><p n='3' t='4' T='5'/></r>"),
+            "<r>|<p n=1 t=2>|</p>|!Attribute appears twice@1|");
+  EXPECT_EQ(Events("<r><p n='1' t='2'/><p t='3' n='4' t='5'/></r>"),
+            "<r>|<p n=1 t=2>|</p>|!Attribute appears twice@1|");
+
+  // A callback may change the map it is given: the next tag still gets only its own.
+  struct TChanging : TRecordingParser {
+    void StartElement(const char* name, std::map<std::string, std::string>& attributes) override {
+      TRecordingParser::StartElement(name, attributes);
+      if (!attributes.empty())
+        attributes.erase(attributes.begin());
+      attributes["zz"] = "added";
+      attributes["n"] = "changed";
+    }
+  } changing;
+  EXPECT_EQ(changing.Run("<r><p n='1' t='2'/><p n='3' t='4'/><v/><p t='5'/><w/></r>"),
+            "<r>|<p n=1 t=2>|</p>|<p n=3 t=4>|</p>|<v>|</v>|<p t=5>|</p>|<w>|</w>|</r>|");
+}
+
 TEST(TXmlParserTest, ReferencesArriveAsSingleBytesBetweenTextPieces) {
   EXPECT_EQ(Events("<a>1&#65;&#x41;&#x4a;&#X6A;&AMP;&lt;&Gt;&quot;&apos;2</a>"),
             "<a>|1|A|A|J|j|&|<|>|\"|'|2|</a>|");
   // Values above 255 keep their low byte, on purpose.
   EXPECT_EQ(Events("<a>&#321;&#x141;&#65601;&#xFFFF;</a>"), "<a>|A|A|A|\xFF|</a>|");
   EXPECT_EQ(Events("<a>&#0;</a>"), std::string("<a>|\0|</a>|", 11));
+  // Runs of every length up to and past the short ones end at the reference, the tag or
+  // the end of the buffer.
+  for (size_t length = 1; length <= 40; ++length) {
+    std::string text(length, 'x');
+    EXPECT_EQ(Events("<a>" + text + "&gt;" + text + "</a>"),
+              "<a>|" + text + "|>|" + text + "|</a>|");
+    EXPECT_EQ(Events("<a>" + text), "<a>|" + text + "|!Unexpected character where element "
+                                                   "expected@1|");
+  }
 }
 
 TEST(TXmlParserTest, EndTagMayExtendTheStartName) {
@@ -114,6 +154,9 @@ TEST(TXmlParserTest, MalformedInputsReportOneMessageWithItsLine) {
       {"<a>\n</a\n x>", "Unexpected character before end of element@3"},
       {"<a>\ntext", "Unexpected character where element expected@2"},
       {"<a>\n<b>\n</a>", "Start and end element names don't match@3"},
+      {"<ab>\n</a", "Start and end element names don't match@2"},
+      {"<Ab></aB>", "Start and end element names don't match@1"},
+      {"<a>\n</", "Invalid element/attribute name@2"},
       {"<a>\n&nbsp;</a>", "Unknown entity reference@2"},
       {"<a>&#12a;</a>", "Unknown entity reference@1"},
       {"<a>\n&#x;</a>", "Invalid hex character@2"},
