@@ -176,15 +176,8 @@ TEST_F(SystemSoftwareTest, TheRunningManagersStatesComeFromSystemctlWithinItsDea
   struct stat info;
   if (stat("/usr/bin/systemctl", &info) != 0)
     GTEST_SKIP() << "no /usr/bin/systemctl to stand in for: the manager's path is not tested";
-  std::string fake = WriteFile("systemctl", "#!/bin/sh\n"
-                                            "[ -n \"$ZEL_HANG\" ] && exec sleep 60\n"
-                                            "printf 'Id=zz-web.service\\nDescription=Web\\n"
-                                            "LoadState=loaded\\nActiveState=active\\n"
-                                            "SubState=running\\nMainPID=4242\\n"
-                                            "UnitFileState=enabled\\n\\n"
-                                            "Id=zz-gone.service\\nLoadState=not-found\\n"
-                                            "ActiveState=inactive\\nSubState=dead\\n"
-                                            "MainPID=0\\n'\n");
+  // It answers for zz-web.service, running as 4242, and zz-gone.service, not found.
+  std::string fake = WriteFile("systemctl", ReadFile(ZEL_TEST_DATA_DIR "/systemctl"));
   ASSERT_EQ(chmod(fake.c_str(), 0755), 0);
   for (bool hang : {false, true}) {
     SCOPED_TRACE(hang ? "hanging systemctl" : "answering systemctl");
