@@ -53,10 +53,10 @@ TEST_F(ZelCollectTest, AFaultyPluginIsNamedOnceAndTheOthersArePrintedAndWritten)
     ExpectComplete(result);
     TContainer loaded;
     loaded.PopulateContainerFromFile(result);
-    EXPECT_EQ(Count(loaded, "HELLO_Greeting"), 1u);
+    EXPECT_EQ(Instances(loaded, "HELLO_Greeting").size(), 1u);
     if (row.fKept) {
-      ASSERT_EQ(Count(loaded, (row.fPrefix + std::string("Part")).c_str()), 1u);
-      EXPECT_NE(Find(loaded, (row.fPrefix + std::string("Part")).c_str(), "Name", "kept"), nullptr);
+      ASSERT_EQ(Instances(loaded, row.fPrefix + std::string("Part")).size(), 1u);
+      EXPECT_NE(Find(loaded, row.fPrefix + std::string("Part"), "Name", "kept"), nullptr);
     } else {
       EXPECT_EQ(run.fOut.find(row.fPrefix), std::string::npos);
     }
@@ -90,6 +90,6 @@ TEST_F(ZelCollectTest, EveryFaultyPluginAtOnceLeavesTheBundledInventoryWhole) {
   loaded.PopulateContainerFromFile(TempPath("all.xml"));
   for (const char* cls : {"KAPLA_ComputerSystem", "KAPLA_OperatingSystem", "KAPLA_Processor",
                           "KAPLA_SystemProcessor", "KAPLA_SoftwarePackage"})
-    EXPECT_GE(Count(loaded, cls), 1u) << cls;
+    EXPECT_GE(Instances(loaded, cls).size(), 1u) << cls;
   EXPECT_TRUE(HasLine(run.fOut, "KAPLA_OperatingSystem  (1 instance, plugin OperatingSystem 1.0.0)"));
 }

@@ -3,7 +3,6 @@
 // output that fails is reported without costing the result.
 #include "ZelCollectRun.h"
 
-#include <dirent.h>
 #include <sched.h>
 #include <sys/mount.h>
 
@@ -13,15 +12,7 @@ const uid_t kNobody = 65534;
 
 // The names in a directory that start with a dot: temporary files left behind.
 std::vector<std::string> HiddenEntries(const std::string& directory) {
-  std::vector<std::string> names;
-  if (DIR* dir = opendir(directory.c_str())) {
-    while (dirent* entry = readdir(dir))
-      if (entry->d_name[0] == '.' && std::string(entry->d_name) != "." &&
-          std::string(entry->d_name) != "..")
-        names.push_back(entry->d_name);
-    closedir(dir);
-  }
-  return names;
+  return Lines(Shell("ls -A '" + directory + "' | grep '^[.]'").second);
 }
 
 struct stat StatOf(const std::string& path) {

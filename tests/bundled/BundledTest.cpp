@@ -3,7 +3,6 @@
 
 #include "TCIMPropertyDecl.h"
 #include "TCIMQualifier.h"
-#include "TCIMValue.h"
 
 std::string BundledTest::Fixture(const std::string& name) {
   return std::string(ZEL_FIXTURES_DIR) + "/" + name;
@@ -25,28 +24,6 @@ std::unique_ptr<TContainer> BundledTest::Collect(const std::string& root,
   std::unique_ptr<TContainer> container(new TContainer);
   container->PopulateContainerFromFile(result);
   return container;
-}
-
-std::vector<TCIMInstance*> BundledTest::Instances(TContainer& container, const std::string& cls) {
-  TCIMClass* found = container.FindClass(cls);
-  return found ? found->EnumerateInstances(false) : std::vector<TCIMInstance*>();
-}
-
-TCIMInstance* BundledTest::Find(TContainer& container, const std::string& cls,
-                                const std::string& property, const std::string& text) {
-  for (TCIMInstance* instance : Instances(container, cls))
-    if (Text(instance, property) == text)
-      return instance;
-  ADD_FAILURE() << "no " << cls << " with " << property << " " << text;
-  return nullptr;
-}
-
-std::string BundledTest::Text(TCIMInstance* instance, const std::string& property) {
-  TCIMProperty* held = instance->FindProperty(property);
-  if (!held)
-    return "ABSENT";
-  TCIMValue value = held->GetValue();
-  return value.IsNull() ? "NULL" : value.ToString(10);
 }
 
 void BundledTest::ExpectInstances(TContainer& container, const std::string& cls,

@@ -5,14 +5,7 @@
 
 #include "ZelCollectRun.h"
 
-#include "TCIMClass.h"
-#include "TCIMInstance.h"
-#include "TCIMProperty.h"
-#include "TContainer.h"
-
 #include <memory>
-#include <string>
-#include <vector>
 
 class BundledTest : public ZelCollectTest {
 protected:
@@ -24,13 +17,6 @@ protected:
   std::unique_ptr<TContainer> Collect(const std::string& root,
                                       const std::vector<std::string>& classes);
 
-  /// The instances of a class (none when the result does not hold the class).
-  static std::vector<TCIMInstance*> Instances(TContainer& container, const std::string& cls);
-
-  /// The one instance of cls whose property has that text; fails the test otherwise.
-  static TCIMInstance* Find(TContainer& container, const std::string& cls,
-                            const std::string& property, const std::string& text);
-
   /// A table of instances of cls: columns name the properties, the first the one that finds
   /// the row's instance; each further cell is that property's Text.
   static void ExpectInstances(TContainer& container, const std::string& cls,
@@ -41,10 +27,6 @@ protected:
   /// class, the property or the qualifier is not there.
   static std::string Qualifier(TContainer& container, const std::string& cls,
                                const std::string& property, const std::string& qualifier);
-
-  /// A property's raw value as text (decimal numbers, CIM date-times); "NULL" when it is NULL, "ABSENT" when the instance has no
-  /// such property.
-  static std::string Text(TCIMInstance* instance, const std::string& property);
 
   std::string fErr;
 };

@@ -5,7 +5,6 @@
 
 #include "TCIMValue.h"
 
-#include <dirent.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -64,14 +63,8 @@ protected:
   }
 
   static std::set<std::string> Directory(const std::string& path) {
-    std::set<std::string> names;
-    if (DIR* directory = opendir(path.c_str())) {
-      while (dirent* entry = readdir(directory))
-        if (entry->d_name[0] != '.')
-          names.insert(entry->d_name);
-      closedir(directory);
-    }
-    return names;
+    std::vector<std::string> names = Lines(Shell("ls " + path + " 2>/dev/null").second);
+    return {names.begin(), names.end()};
   }
 };
 

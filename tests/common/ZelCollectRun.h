@@ -10,10 +10,12 @@
 #include "TCIMClass.h"
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
+#include "TCIMValue.h"
 #include "TCIMXMLWriter.h"
 #include "TContainer.h"
 
 #include <fcntl.h>
+#include <stdio.h>
 #include <pty.h>
 #include <sys/stat.h>
 #include <grp.h>
@@ -48,6 +50,18 @@ inline size_t CountLines(const std::string& text, const std::string& prefix) {
 
 inline bool HasLine(const std::string& text, const std::string& line) {
   return ("\n" + text).find("\n" + line + "\n") != std::string::npos;
+}
+
+// Runs a shell command; its exit status and standard output.
+inline std::pair<int, std::string> Shell(const std::string& command) {
+  std::string output;
+  FILE* pipe = popen(command.c_str(), "r");
+  char buffer[4096];
+  size_t count;
+  while ((count = fread(buffer, 1, sizeof buffer, pipe)) > 0)
+    output.append(buffer, count);
+  int status = pclose(pipe);
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
 }
 
 // How a run is started.
@@ -123,20 +137,30 @@ protected:
     return run;
   }
 
-  // The one instance of a class whose property has that value.
-  static TCIMInstance* Find(TContainer& container, const char* cls, const char* property,
-                            const std::string& value) {
-    for (TCIMInstance* instance : container.GetClass(cls)->EnumerateInstances(false)) {
-      TCIMValue held = instance->GetProperty(property).GetValue();
-      if (!held.IsNull() && static_cast<std::string>(held) == value)
-        return instance;
-    }
-    ADD_FAILURE() << "no " << cls << " with " << property << " " << value;
-    return nullptr;
+  /// The instances of a class (none when the result does not hold the class).
+  static std::vector<TCIMInstance*> Instances(TContainer& container, const std::string& cls) {
+    TCIMClass* found = container.FindClass(cls);
+    return found ? found->EnumerateInstances(false) : std::vector<TCIMInstance*>();
   }
 
-  static size_t Count(TContainer& container, const char* cls) {
-    return container.GetClass(cls)->EnumerateInstances(false).size();
+  /// A property's raw value as text (decimal numbers, CIM date-times); "NULL" when it is
+  /// NULL, "ABSENT" when the instance has no such property.
+  static std::string Text(TCIMInstance* instance, const std::string& property) {
+    TCIMProperty* held = instance->FindProperty(property);
+    if (!held)
+      return "ABSENT";
+    TCIMValue value = held->GetValue();
+    return value.IsNull() ? "NULL" : value.ToString(10);
+  }
+
+  /// The one instance of cls whose property has that text; fails the test otherwise.
+  static TCIMInstance* Find(TContainer& container, const std::string& cls,
+                            const std::string& property, const std::string& text) {
+    for (TCIMInstance* instance : Instances(container, cls))
+      if (Text(instance, property) == text)
+        return instance;
+    ADD_FAILURE() << "no " << cls << " with " << property << " " << text;
+    return nullptr;
   }
 
   // A plugin directory in the test's directory holding links to the given plugins'

@@ -61,10 +61,6 @@ TEST_F(PluginManagerTest, LibraryThatFailsToLoadIsLoggedAndSkipped) {
   EXPECT_NE(Plugin("KAPLA_ComputerSystem"), nullptr);
   EXPECT_LOGGED("ZEL_Core: [Error] DLL " + fPluginDir +
                 "/unresolved/libunresolved.pi.so failed to initialize properly");
-  std::vector<std::string> reasons =
-      LinesWith("ZEL_Core: [Error] ERROR: Failed to load plugin.  Reason: ");
-  ASSERT_EQ(reasons.size(), 1u);
-  EXPECT_NE(reasons[0].find("zelTestNoSuchFunction"), std::string::npos) << reasons[0];
   EXPECT_EQ(fSchema->FindClass("KAPLA_Unresolved"), nullptr);
 }
 
