@@ -1,4 +1,5 @@
-// Malformed CIM-XML documents: one row per failure, with the status and the exact log lines.
+// Malformed and deeply nested CIM-XML documents: one row per failure, with the status and the
+// exact log lines.
 #include "cimxml_helpers.h"
 
 #include "ILogger.h"
@@ -35,6 +36,12 @@ std::string Threw(char const* status, int line) {
 TErrorRow Bad(char const* name, std::string const& document, int line, std::string const& message) {
   return {name, document, zelStatusInvalidSpecificationDocument,
           {Parser(line, message), Threw("zelStatusInvalidSpecificationDocument", line)}};
+}
+std::string Repeat(std::string const& piece, size_t count) {
+  std::string out;
+  for (size_t i = 0; i < count; ++i)
+    out += piece;
+  return out;
 }
 std::string const kDecl = kGroup + "<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"string\"";
 std::string const kNamedDisk = kNamed + "<VALUE.NAMEDOBJECT>\n<INSTANCENAME CLASSNAME=\"ZT_Disk\">";
@@ -102,6 +109,20 @@ std::vector<TErrorRow> const kRows = {
     Bad("parameter before the namespace path",
         kMessage + "<SIMPLEREQ><IMETHODCALL NAME=\"CreateClass\"><IPARAMVALUE NAME=\"NewClass\">", 3,
         "Unexpected element iparamvalue"),
+    // Where children are ignored, they are ignored all the way down; their end tags then pop
+    // every state and the parser finds its stack empty.
+    Bad("a million ignored levels", "<CIM><DECLARATION><DECLGROUP><QUALIFIER.DECLARATION NAME=\"Q\" "
+        "TYPE=\"string\"><SCOPE>" + Repeat("<a>", 1000000) + Repeat("</a>", 1000000) +
+        "</SCOPE></QUALIFIER.DECLARATION></DECLGROUP></DECLARATION></CIM>", 1, "Parser state corrupt"),
+    // Each level a state for VALUE.REFERENCE, INSTANCENAME and KEYBINDING; the innermost
+    // reference names no instance.
+    {"references nested deep in key bindings",
+     "<CIM><DECLARATION><DECLGROUP.WITHNAME><VALUE.NAMEDOBJECT><INSTANCENAME CLASSNAME=\"ZT_Disk\">"
+     "<KEYBINDING NAME=\"DeviceID\">" + Repeat("<VALUE.REFERENCE><INSTANCENAME CLASSNAME=\"ZT_Disk\">"
+     "<KEYBINDING NAME=\"DeviceID\">", 100000) + "<KEYVALUE>none</KEYVALUE>" +
+     Repeat("</KEYBINDING></INSTANCENAME></VALUE.REFERENCE>", 100000) + "</KEYBINDING></INSTANCENAME>"
+     "</VALUE.NAMEDOBJECT></DECLGROUP.WITHNAME></DECLARATION></CIM>",
+     zelStatusNotFound, {Threw("zelStatusNotFound", 1)}},
 };
 
 class CIMXMLParserErrorTest : public ZelTest {};

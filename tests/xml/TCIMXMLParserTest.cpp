@@ -140,43 +140,36 @@ TEST_F(CIMXMLParserTest, CreateRequestsRegisterWithoutCollecting) {
 }
 
 TEST_F(CIMXMLParserTest, AClassDefinedTwiceKeepsTheFirstAndIsCollectedOnce) {
-  std::string twice = "<CIM><DECLARATION><DECLGROUP>"
-                      "<VALUE.OBJECT><CLASS NAME=\"A\"><QUALIFIER NAME=\"ABSTRACT\" TYPE=\"boolean\">"
-                      "<VALUE>true</VALUE></QUALIFIER></CLASS></VALUE.OBJECT>"
-                      "<VALUE.OBJECT><CLASS NAME=\"a\"><QUALIFIER NAME=\"ABSTRACT\" TYPE=\"boolean\">"
-                      "<VALUE>true</VALUE></QUALIFIER><PROPERTY NAME=\"x\" TYPE=\"string\"/></CLASS>"
-                      "</VALUE.OBJECT></DECLGROUP></DECLARATION></CIM>";
-  EXPECT_EQ(ClassNames(ParseInto(fContainer, twice)), (TNames{"A"}));
+  EXPECT_EQ(ClassNames(ParseInto(fContainer, DataText("class-twice.xml"))), (TNames{"A"}));
   EXPECT_EQ(fContainer.GetClass("A")->FindPropertyDecl("x"), nullptr);
   EXPECT_TRUE(LoggedLines().empty());
 }
 
 // A document around one INSTANCE of ZT_Disk (instances-properties.xml loaded first).
-static std::string DiskInstance(std::string const& properties) {
+static std::string DiskInstance(std::string const& properties, std::string const& id) {
   return "<CIM><DECLARATION><DECLGROUP><VALUE.OBJECT><INSTANCE CLASSNAME=\"ZT_Disk\">"
-         "<PROPERTY NAME=\"DeviceID\" TYPE=\"string\"><VALUE>disk9</VALUE></PROPERTY>" +
+         "<PROPERTY NAME=\"DeviceID\" TYPE=\"string\"><VALUE>" + id + "</VALUE></PROPERTY>" +
          properties + "</INSTANCE></VALUE.OBJECT></DECLGROUP></DECLARATION></CIM>";
 }
 
-TEST_F(CIMXMLParserTest, UX402ModeDropsValuesOfAnotherType) {
+// In UX402 mode values of another type are dropped; value text is kept whole, and a bad
+// date-time is defaulted with a line.
+TEST_F(CIMXMLParserTest, UX402ModeValueTextAndBadDateTimes) {
   ParseInto(fContainer, DataText("instances-properties.xml"));
-  std::string doc = DiskInstance("<PROPERTY NAME=\"Removable\" TYPE=\"string\"><VALUE>no</VALUE>"
-                                 "</PROPERTY><PROPERTY NAME=\"Label\" TYPE=\"string\">"
-                                 "<VALUE>data</VALUE></PROPERTY>");
-  ParseInto(fContainer, doc, /*ux402=*/true);
+  ParseInto(fContainer, DiskInstance("<PROPERTY NAME=\"Removable\" TYPE=\"string\"><VALUE>no</VALUE>"
+                                     "</PROPERTY><PROPERTY NAME=\"Label\" TYPE=\"string\">"
+                                     "<VALUE>data</VALUE></PROPERTY>", "disk9"),
+            /*ux402=*/true);
   std::string key = "ZT_Disk.DeviceID=\"disk9\"";
   EXPECT_TRUE(static_cast<bool>(Value("ZT_Disk", key, "Removable")));  // the class default
   EXPECT_EQ(static_cast<std::string>(Value("ZT_Disk", key, "Label")), "data");
   EXPECT_TRUE(LoggedLines().empty()); // Without the mode: "property of another type".
-}
 
-TEST_F(CIMXMLParserTest, ValueTextIsKeptWholeAndBadDateTimesDefault) {
-  ParseInto(fContainer, DataText("instances-properties.xml"));
   ParseInto(fContainer, DiskInstance("<PROPERTY NAME=\"Label\" TYPE=\"string\"><VALUE>\n  two\n"
                                      "  lines&#0;&#256;&#x41;&amp; </VALUE></PROPERTY>\n"
                                      "<PROPERTY NAME=\"Installed\" TYPE=\"datetime\">"
-                                     "<VALUE>yesterday</VALUE></PROPERTY>"));
-  std::string key = "ZT_Disk.DeviceID=\"disk9\"";
+                                     "<VALUE>yesterday</VALUE></PROPERTY>", "disk8"));
+  key = "ZT_Disk.DeviceID=\"disk8\"";
   // A reference to byte 0 (&#256; keeps its low byte) adds nothing to the text.
   EXPECT_EQ(static_cast<std::string>(Value("ZT_Disk", key, "Label")), "\n  two\n  linesA& ");
   EXPECT_EQ(Value("ZT_Disk", key, "Installed").ToString(10), "19700101000000.000000+000");
