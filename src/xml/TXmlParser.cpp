@@ -23,17 +23,22 @@
 #include <utility>
 #include <vector>
 
+// The fatal errors' texts, by where the tokenizer meets them.
+// Before the root element:
 static const char kBeforeProlog[] = "Unexpected character before prolog";
 static const char kInDoctype[] = "Unexpected character in doctypedecl";
 static const char kBeforeElement[] = "Unexpected character before element";
+// In a tag's name and attributes:
 static const char kInvalidName[] = "Invalid element/attribute name";
 static const char kBetweenNameAndValue[] = "Unexpected character between attribute name and value";
 static const char kAfterEquals[] = "Unexpected character after equals of attribute name";
 static const char kInAttributeValue[] = "Unexpected character in attribute value";
 static const char kAttributeTwice[] = "Attribute appears twice";
+// At a tag's end:
 static const char kBeforeEndOfElement[] = "Unexpected character before end of element";
-static const char kWhereElementExpected[] = "Unexpected character where element expected";
 static const char kNamesDontMatch[] = "Start and end element names don't match";
+// In an element's content:
+static const char kWhereElementExpected[] = "Unexpected character where element expected";
 static const char kUnknownEntity[] = "Unknown entity reference";
 static const char kInvalidHex[] = "Invalid hex character";
 
