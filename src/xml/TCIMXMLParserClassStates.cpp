@@ -6,6 +6,8 @@
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
 #include "cim/TCIMPropertyImpl.h"
+#include "cim/TCIMClassImpl.h"
+#include "cim/TCIMPropertyDeclImpl.h"
 #include "cim/TCIMQualifierImpl.h"
 #include "TCIMPropertyDecl.h"
 #include "TCIMQualifier.h"
@@ -149,7 +151,7 @@ void TCIMXMLParser::TStateClass::StartElement(TCIMXMLParser& parser, std::string
   switch (fPhase) {
   case 0:
     if (name == "qualifier"sv) {
-      parser.Push<TStateQualifier>(attributes, fClass);
+      parser.Push<TStateQualifier>(attributes, &fClass->GetBody()->Qualifiers());
       return;
     }
     fPhase = 1;
@@ -203,7 +205,7 @@ void TCIMXMLParser::TStateInstance::StartElement(TCIMXMLParser& parser, std::str
   switch (fPhase) {
   case 0:
     if (name == "qualifier"sv) {
-      parser.Push<TStateQualifier>(attributes, static_cast<ICIMAllowQualifiers*>(0));
+      parser.Push<TStateQualifier>(attributes, static_cast<TQualifierMap*>(0));
       return;
     }
     fPhase = 1;
@@ -263,14 +265,13 @@ void TCIMXMLParser::TStateQualifier::EndElement(TCIMXMLParser& parser, std::stri
     TCIMValue value(fValueRead ? std::move(fValue) : TCIMValue(decl->GetType(), 0));
     try {
       qualifier->GetBody()->TakeValue(value);
-      fOwner->AddQualifier(*qualifier);
+      // An identical re-add of a locked qualifier leaves the holder as it was: still ours.
+      if (!ZelAddQualifier(*fOwner, *qualifier))
+        delete qualifier;
     } catch (...) {
       delete qualifier;
       throw;
     }
-    // An identical re-add of a locked qualifier leaves the holder as it was: still ours.
-    if (&fOwner->GetQualifier(qualifier->GetName()) != qualifier)
-      delete qualifier;
   }
   TParseState::EndElement(parser, name);
 }
@@ -304,7 +305,7 @@ bool TZelPropertyElement::ReadAttributes(const TAttributeMap& attributes) {
 void TCIMXMLParser::TPropertyDeclState::StartChild(TCIMXMLParser& parser, std::string& name,
                                                    TAttributeMap& attributes,
                                                    TZelPropertyElement& element,
-                                                   ICIMAllowQualifiers* owner) {
+                                                   TQualifierMap* owner) {
   if (element.fPhase == 0 && name == "qualifier"sv) {
     parser.Push<TStateQualifier>(attributes, owner);
     return;
@@ -353,7 +354,7 @@ void TCIMXMLParser::TPropertyDeclState::HandleAttrs(TCIMXMLParser& parser,
 
 void TCIMXMLParser::TPropertyDeclState::StartElement(TCIMXMLParser& parser, std::string& name,
                                                      TAttributeMap& attributes) {
-  StartChild(parser, name, attributes, fElement, fDecl);
+  StartChild(parser, name, attributes, fElement, &fDecl->GetBody()->Qualifiers());
 }
 
 void TCIMXMLParser::TPropertyDeclState::EndElement(TCIMXMLParser& parser, std::string& name) {

@@ -5,7 +5,7 @@
 
 #include "TCIMXMLParser.h"
 
-#include "ICIMAllowQualifiers.h"
+#include "cim/ZelQualifierHolder.h"
 #include "TCIMReference.h"
 #include "TCIMValue.h"
 
@@ -244,15 +244,15 @@ private:
 
 class TCIMXMLParser::TStateQualifier : public TParseState {
 public:
-  /// A null owner reads and checks the qualifier, then drops it (instances hold none).
-  explicit TStateQualifier(ICIMAllowQualifiers* owner)
+  /// Null qualifiers: read and checked, then dropped (instances hold none).
+  explicit TStateQualifier(TQualifierMap* owner)
       : fOwner(owner), fFlavor(0), fPropagated(false), fValueRead(false) {}
   void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
   void EndElement(TCIMXMLParser& parser, std::string& name) override;
   void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
 private:
-  ICIMAllowQualifiers* fOwner;
+  TQualifierMap* fOwner;  // the owner's map, added to as its AddQualifier does
   std::string fName;
   TCIMValue::TCIMType fType;
   unsigned int fFlavor;
@@ -295,7 +295,7 @@ public:
   /// A child of a property element in a class or an instance: QUALIFIER (for owner; none
   /// takes those of an instance), then the value element of its form.
   static void StartChild(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes,
-                         TZelPropertyElement& element, ICIMAllowQualifiers* owner);
+                         TZelPropertyElement& element, TQualifierMap* owner);
 
 protected:
   TPropertyDeclState(TCIMClass& cls, EZelPropertyForm form)

@@ -145,6 +145,52 @@ TEST_F(CIMXMLParserTest, AClassDefinedTwiceKeepsTheFirstAndIsCollectedOnce) {
   EXPECT_TRUE(LoggedLines().empty());
 }
 
+// A qualifier given again on the same class or property declaration: an overridable one is
+// replaced, a locked one stays when the new one is identical and refuses a different one.
+TEST_F(CIMXMLParserTest, AQualifierGivenTwiceReplacesOrKeepsOrRefuses) {
+  auto qualifier = [](char const* name, char const* type, char const* overridable,
+                      char const* value) {
+    return std::string("<QUALIFIER NAME=\"") + name + "\" TYPE=\"" + type +
+           "\" OVERRIDABLE=\"" + overridable + "\"><VALUE>" + value + "</VALUE></QUALIFIER>";
+  };
+  auto document = [](std::string const& classQualifiers, std::string const& keyQualifiers) {
+    return "<CIM><DECLARATION><DECLGROUP><VALUE.OBJECT><CLASS NAME=\"Q\">" + classQualifiers +
+           "<PROPERTY NAME=\"Id\" TYPE=\"string\">" + keyQualifiers +
+           "</PROPERTY></CLASS></VALUE.OBJECT></DECLGROUP></DECLARATION>\n</CIM>";
+  };
+  std::string key = qualifier("KEY", "boolean", "false", "true");
+  ParseInto(fContainer, document(qualifier("Description", "string", "true", "one") +
+                                     qualifier("Description", "string", "false", "two") +
+                                     qualifier("Description", "string", "false", "two"),
+                                 key + key));
+  TCIMClass* cls = fContainer.GetClass("Q");
+  TCIMQualifier& description = cls->GetQualifier("description");
+  EXPECT_EQ(static_cast<std::string>(description.GetValue()), "two");
+  EXPECT_EQ(description.GetFlavor() & TCIMQualifierDecl::eOverridable, 0u);
+  EXPECT_EQ(cls->EnumerateQualifiers().size(), 1u);
+  TCIMPropertyDecl& id = cls->GetPropertyDecl("Id");
+  EXPECT_EQ(id.EnumerateQualifiers().size(), 1u);
+  EXPECT_TRUE(static_cast<bool>(id.GetQualifier("key").GetValue()));
+  EXPECT_TRUE(LoggedLines().empty());
+
+  // A different value over a locked one, on a property and on a class.
+  TContainer other, third;
+  ParseInto(other, DataText("qualifier-declarations.xml"));
+  ParseInto(third, DataText("qualifier-declarations.xml"));
+  EXPECT_ZEL_THROW(ParseInto(other, document("", key + qualifier("KEY", "boolean", "false",
+                                                                 "false"))),
+                   zelStatusNotOverridable);
+  EXPECT_ZEL_THROW(ParseInto(third, document(qualifier("Description", "string", "false", "a") +
+                                                 qualifier("Description", "string", "true", "b"),
+                                             "")),
+                   zelStatusNotOverridable);
+  EXPECT_EQ(LoggedLines(),
+            (TNames{"ZEL_Core: [Error] TCIMXMLParser: Threw exception zelStatusNotOverridable "
+                    "on line 1",
+                    "ZEL_Core: [Error] TCIMXMLParser: Threw exception zelStatusNotOverridable "
+                    "on line 1"}));
+}
+
 // A document around one INSTANCE of ZT_Disk (instances-properties.xml loaded first).
 static std::string DiskInstance(std::string const& properties, std::string const& id) {
   return "<CIM><DECLARATION><DECLGROUP><VALUE.OBJECT><INSTANCE CLASSNAME=\"ZT_Disk\">"
