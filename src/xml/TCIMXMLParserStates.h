@@ -11,7 +11,6 @@
 
 #include <boost/make_shared.hpp>
 #include <cstddef>
-#include <deque>
 #include <initializer_list>
 #include <map>
 #include <utility>
@@ -375,9 +374,10 @@ private:
   TCIMValue& fTarget;
   TCIMValue::TCIMType fType;  // of the elements
   unsigned int fArraySize;
-  // A deque: growing it moves no element (a value's move may throw, so a vector would copy
-  // every element at each growth) and keeps the target of the open VALUE in place.
-  std::deque<TCIMValue> fValues;
+  typedef std::vector<TCIMValue, TZelStateAllocator<TCIMValue> > TValues;
+  // Blocks from the parser's free lists; grown by StartElement only, between two VALUEs,
+  // so the target of the open VALUE stays in place.
+  TValues fValues;
 };
 
 class TCIMXMLParser::TStateValueReference : public TParseState {

@@ -223,6 +223,38 @@ TEST_F(CIMXMLParserTest, UX402ModeValueTextAndBadDateTimes) {
                                    "Defaulting the datetime to 01/01/1970 00:00:00."}));
 }
 
+// Arrays of any length keep their elements in document order, long strings included.
+TEST_F(CIMXMLParserTest, ArraysKeepEveryElementInOrder) {
+  std::string const kKeyProperty = "<PROPERTY NAME=\"Id\" TYPE=\"string\"><QUALIFIER "
+                                   "NAME=\"KEY\" TYPE=\"boolean\"><VALUE>true</VALUE>"
+                                   "</QUALIFIER></PROPERTY>";
+  ParseInto(fContainer, DataText("instances-properties.xml"));
+  for (int count : {0, 1, 8, 9, 17, 40}) {
+    std::string values, strings, expected = "{ ", expectedStrings = "{ ";
+    for (int i = 1; i <= count; ++i) {
+      std::string word = "a value long enough for the heap " + std::to_string(i);
+      values += "<VALUE>" + std::to_string(i) + "</VALUE>";
+      strings += "<VALUE>" + word + "</VALUE>";
+      expected += std::to_string(i) + (i < count ? ", " : "");
+      expectedStrings += word + (i < count ? ", " : "");
+    }
+    std::string id = "disk-" + std::to_string(count), cls = "V" + std::to_string(count);
+    ParseInto(fContainer, DiskInstance("<PROPERTY.ARRAY NAME=\"Blocks\" TYPE=\"uint32\">"
+                                       "<VALUE.ARRAY>" + values + "</VALUE.ARRAY></PROPERTY.ARRAY>",
+                                       id));
+    ParseInto(fContainer, "<CIM><DECLARATION><DECLGROUP><VALUE.OBJECT><CLASS NAME=\"" + cls +
+                              "\"><QUALIFIER NAME=\"ValueMap\" TYPE=\"string\"><VALUE.ARRAY>" +
+                              strings + "</VALUE.ARRAY></QUALIFIER>" + kKeyProperty +
+                              "</CLASS></VALUE.OBJECT>"
+                              "</DECLGROUP></DECLARATION></CIM>");
+    EXPECT_EQ(Value("ZT_Disk", "ZT_Disk.DeviceID=\"" + id + "\"", "Blocks").ToString(10),
+              expected + " }") << count;
+    EXPECT_EQ(fContainer.GetClass(cls)->GetQualifier("ValueMap").GetValue().ToString(10),
+              expectedStrings + " }") << count;
+  }
+  EXPECT_TRUE(LoggedLines().empty());
+}
+
 TEST_F(CIMXMLParserTest, AMethodPushesNothingSoItsEndTagClosesTheClass) {
   std::string head = "<CIM><DECLARATION><DECLGROUP><VALUE.OBJECT><CLASS NAME=\"M\">"
                      "<QUALIFIER NAME=\"ABSTRACT\" TYPE=\"boolean\"><VALUE>true</VALUE></QUALIFIER>"
