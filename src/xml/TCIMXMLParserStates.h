@@ -215,6 +215,20 @@ public:
   TStateValueObjectWithLocalPath() : TStateValueObjectWithPath(true) {}
 };
 
+/// The qualifier declarations named by the qualifiers of one class and its properties, by
+/// the name as written: a class names the same few again and again, and no declaration
+/// comes or goes inside a CLASS element.
+class TZelQualifierDecls {
+public:
+  /// zelStatusNotFound, logged, when the container has none of that name.
+  TCIMQualifierDecl& Get(TContainer& container, const std::string& name);
+
+private:
+  std::vector<std::pair<std::string, TCIMQualifierDecl*>,
+              TZelStateAllocator<std::pair<std::string, TCIMQualifierDecl*> > >
+      fDecls;
+};
+
 class TCIMXMLParser::TStateClass : public TParseState {
 public:
   explicit TStateClass(TCIMClass** slot) : fClass(0), fSlot(slot), fPhase(0) {}
@@ -227,6 +241,7 @@ private:
   TCIMClass* fClass;
   TCIMClass** fSlot;
   int fPhase;
+  TZelQualifierDecls fDecls;
 };
 
 class TCIMXMLParser::TStateInstance : public TParseState {
@@ -243,15 +258,17 @@ private:
 
 class TCIMXMLParser::TStateQualifier : public TParseState {
 public:
-  /// Null qualifiers: read and checked, then dropped (instances hold none).
-  explicit TStateQualifier(TQualifierMap* owner)
-      : fOwner(owner), fFlavor(0), fPropagated(false), fValueRead(false) {}
+  /// Null qualifiers: read and checked, then dropped (instances hold none). Declarations
+  /// are looked up through decls when given.
+  TStateQualifier(TQualifierMap* owner, TZelQualifierDecls* decls)
+      : fOwner(owner), fDecls(decls), fFlavor(0), fPropagated(false), fValueRead(false) {}
   void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
   void EndElement(TCIMXMLParser& parser, std::string& name) override;
   void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
 private:
   TQualifierMap* fOwner;  // the owner's map, added to as its AddQualifier does
+  TZelQualifierDecls* fDecls;
   std::string fName;
   TCIMValue::TCIMType fType;
   unsigned int fFlavor;
@@ -294,14 +311,16 @@ public:
   /// A child of a property element in a class or an instance: QUALIFIER (for owner; none
   /// takes those of an instance), then the value element of its form.
   static void StartChild(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes,
-                         TZelPropertyElement& element, TQualifierMap* owner);
+                         TZelPropertyElement& element, TQualifierMap* owner,
+                         TZelQualifierDecls* decls);
 
 protected:
-  TPropertyDeclState(TCIMClass& cls, EZelPropertyForm form)
-      : fClass(cls), fElement(form), fDecl(0) {}
+  TPropertyDeclState(TCIMClass& cls, TZelQualifierDecls& decls, EZelPropertyForm form)
+      : fClass(cls), fDecls(decls), fElement(form), fDecl(0) {}
 
 private:
   TCIMClass& fClass;
+  TZelQualifierDecls& fDecls;  // the class's
   TZelPropertyElement fElement;
   TCIMPropertyDecl* fDecl;  // owned until registered
   TCIMValue fDefault;       // NULL of the declared type
@@ -309,16 +328,18 @@ private:
 
 class TCIMXMLParser::TStatePropertyDecl : public TPropertyDeclState {
 public:
-  explicit TStatePropertyDecl(TCIMClass& cls) : TPropertyDeclState(cls, kZelScalarProperty) {}
+  TStatePropertyDecl(TCIMClass& cls, TZelQualifierDecls& decls)
+      : TPropertyDeclState(cls, decls, kZelScalarProperty) {}
 };
 class TCIMXMLParser::TStatePropertyArrayDecl : public TPropertyDeclState {
 public:
-  explicit TStatePropertyArrayDecl(TCIMClass& cls) : TPropertyDeclState(cls, kZelArrayProperty) {}
+  TStatePropertyArrayDecl(TCIMClass& cls, TZelQualifierDecls& decls)
+      : TPropertyDeclState(cls, decls, kZelArrayProperty) {}
 };
 class TCIMXMLParser::TStatePropertyReferenceDecl : public TPropertyDeclState {
 public:
-  explicit TStatePropertyReferenceDecl(TCIMClass& cls)
-      : TPropertyDeclState(cls, kZelReferenceProperty) {}
+  TStatePropertyReferenceDecl(TCIMClass& cls, TZelQualifierDecls& decls)
+      : TPropertyDeclState(cls, decls, kZelReferenceProperty) {}
 };
 
 class TCIMXMLParser::TPropertyState : public TParseState {

@@ -159,9 +159,10 @@ TEST_F(CIMXMLParserTest, AQualifierGivenTwiceReplacesOrKeepsOrRefuses) {
            "</PROPERTY></CLASS></VALUE.OBJECT></DECLGROUP></DECLARATION>\n</CIM>";
   };
   std::string key = qualifier("KEY", "boolean", "false", "true");
+  // Spelt in any case, the name is the same qualifier's.
   ParseInto(fContainer, document(qualifier("Description", "string", "true", "one") +
-                                     qualifier("Description", "string", "false", "two") +
-                                     qualifier("Description", "string", "false", "two"),
+                                     qualifier("DESCRIPTION", "string", "false", "two") +
+                                     qualifier("description", "string", "false", "two"),
                                  key + key));
   TCIMClass* cls = fContainer.GetClass("Q");
   TCIMQualifier& description = cls->GetQualifier("description");
