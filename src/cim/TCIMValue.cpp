@@ -2,10 +2,12 @@
 // printing and comparison.
 #include "TCIMValue.h"
 
+#include "cim/TCIMDateTimeImpl.h"
 #include "cim/TCIMValueImpl.h"
 #include "cim/ZelText.h"
 #include "log/ZelLog.h"
 
+#include <memory>
 #include <ostream>
 #include <string_view>
 #include <type_traits>
@@ -143,9 +145,14 @@ TCIMValue::TCIMValue(TCIMType type, std::string& text, TContainer& container)
   case T::kString:
     Set(text);
     break;
-  case T::kDateTime:
-    Set(TCIMDateTime(text));
+  case T::kDateTime: {
+    // Read into the body that keeps it: no copy of the text, nor of the date-time.
+    std::unique_ptr<TCIMDateTimeValueImpl> body(new TCIMDateTimeValueImpl());
+    body->Held().GetBody()->Set(text);
+    fType = T::kDateTime;
+    fBody = body.release();
     break;
+  }
   case T::kReference: // Path text is never parsed: this always throws.
     Set(TCIMReference(&container, text));
     break;

@@ -140,6 +140,9 @@ template <class Native>
 class TCIMHeldValueImpl : public TCIMValueImpl {
 public:
   explicit TCIMHeldValueImpl(Native const& value) : fValue(value) {}
+  /// Default-made, to be set in place (a date-time read from text is not copied).
+  TCIMHeldValueImpl() : fValue() {}
+  Native& Held() { return fValue; }
   operator Native() const override { return fValue; }
   std::string ToString(unsigned char radix) const override;
   bool operator==(TCIMValue const& other) const override {

@@ -7,24 +7,25 @@
 
 #include <utility>
 
-void ZelAddQualifier(TQualifierMap& qualifiers, TCIMQualifier& qualifier) {
+bool ZelAddQualifier(TQualifierMap& qualifiers, TCIMQualifier& qualifier) {
   std::string key = ZelNormalizeName(qualifier.GetName());
   // One search: the place found is where the new qualifier goes.
   TQualifierMap::iterator position = qualifiers.lower_bound(key);
   if (position != qualifiers.end() && position->first == key) {
     TCIMQualifier& held = *position->second;
     if (&held == &qualifier)
-      return;
+      return true;
     // Only the held qualifier's own bit decides, not its declaration.
     if (held.GetFlavor() & TCIMQualifierDecl::eOverridable) {
       position = qualifiers.erase(position);
     } else {
       if (held.GetValue() != qualifier.GetValue() || held.GetFlavor() != qualifier.GetFlavor())
         throw TZELException(zelStatusNotOverridable);
-      return; // An identical re-add is accepted; the caller keeps its object.
+      return false;  // An identical re-add is accepted; the caller keeps its object.
     }
   }
   qualifiers.emplace_hint(position, std::move(key), boost::shared_ptr<TCIMQualifier>(&qualifier));
+  return true;
 }
 
 TCIMQualifier& ZelGetQualifier(TQualifierMap const& qualifiers, std::string const& name) {

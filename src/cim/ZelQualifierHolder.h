@@ -17,7 +17,8 @@ typedef std::map<std::string, boost::shared_ptr<TCIMQualifier>, std::less<> > TQ
 
 /// Inserts the very object passed, replacing an overridable qualifier of the same name;
 /// zelStatusNotOverridable over another one unless value and flavors are equal (no-op).
-void ZelAddQualifier(TQualifierMap& qualifiers, TCIMQualifier& qualifier);
+/// False when the map did not take the object (the identical re-add): the caller keeps it.
+bool ZelAddQualifier(TQualifierMap& qualifiers, TCIMQualifier& qualifier);
 /// zelStatusNotFound when absent.
 TCIMQualifier& ZelGetQualifier(TQualifierMap const& qualifiers, std::string const& name);
 TCIMQualifier* ZelFindQualifier(TQualifierMap const& qualifiers, std::string const& name);
@@ -34,6 +35,7 @@ bool ZelQualifierIsTrue(TQualifierMap const& qualifiers, std::string_view normal
 /// fQualifiers, forwarded to the functions above; declared inside the body's class.
 #define ZEL_QUALIFIER_OPERATIONS                                                            \
   void AddQualifier(TCIMQualifier& qualifier) { ZelAddQualifier(fQualifiers, qualifier); }  \
+  TQualifierMap& Qualifiers() { return fQualifiers; }                                       \
   TCIMQualifier& GetQualifier(const std::string& name) const {                              \
     return ZelGetQualifier(fQualifiers, name);                                              \
   }                                                                                         \

@@ -175,13 +175,7 @@ static TCIMValue::TCIMType TypeOfName(const std::string& text) {
 }
 
 // A date-time that cannot be read is logged and replaced by the start of 1970.
-static TCIMValue ParseDateTime(const std::string& text, const TCIMXMLParser& parser) {
-  try {
-    return TCIMValue(TCIMDateTime(text));
-  } catch (TZELException const& e) {
-    if (e.GetCode() != zelStatusInvalidDateTime)
-      throw;
-  }
+static TCIMValue InvalidDateTime(const TCIMXMLParser& parser) {
   TCIMDateTime epoch(/*year=*/1970, /*month=*/1, /*day=*/1, 0, 0, 0, 0, /*utcOffset=*/0);
   ZelLog(zelLogError, "Invalid datetime found on line " + std::to_string(parser.GetCurLine()) +
                           ".  Defaulting the datetime to " + epoch.ToUIString() + ".");
@@ -341,9 +335,15 @@ unsigned int TCIMXMLParser::ConvertUnsignedInt(std::string& text) {
 // Date-times that cannot be read are logged here with their line; every other text is read
 // by the value's text constructor.
 TCIMValue TCIMXMLParser::ParseValue(TCIMValue::TCIMType type, std::string& text) {
-  if (type == TCIMValue::TCIMType::kDateTime)
-    return ParseDateTime(text, *this);
-  return TCIMValue(type, text, *fContainer);
+  if (type != TCIMValue::TCIMType::kDateTime)
+    return TCIMValue(type, text, *fContainer);
+  try {
+    return TCIMValue(type, text, *fContainer);
+  } catch (TZELException const& e) {
+    if (e.GetCode() != zelStatusInvalidDateTime)
+      throw;
+  }
+  return InvalidDateTime(*this);
 }
 
 bool TCIMXMLParser::HandleCIMName(TAttributeMap::const_iterator attribute, std::string& name) {

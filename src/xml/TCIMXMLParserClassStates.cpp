@@ -6,6 +6,8 @@
 #include "TCIMInstance.h"
 #include "TCIMProperty.h"
 #include "cim/TCIMPropertyImpl.h"
+#include "cim/TCIMClassImpl.h"
+#include "cim/TCIMPropertyDeclImpl.h"
 #include "cim/TCIMQualifierImpl.h"
 #include "TCIMPropertyDecl.h"
 #include "TCIMQualifier.h"
@@ -149,22 +151,22 @@ void TCIMXMLParser::TStateClass::StartElement(TCIMXMLParser& parser, std::string
   switch (fPhase) {
   case 0:
     if (name == "qualifier"sv) {
-      parser.Push<TStateQualifier>(attributes, fClass);
+      parser.Push<TStateQualifier>(attributes, &fClass->GetBody()->Qualifiers(), &fDecls);
       return;
     }
     fPhase = 1;
     [[fallthrough]];
   case 1:
     if (name == "property"sv) {
-      parser.Push<TStatePropertyDecl>(attributes, *fClass);
+      parser.Push<TStatePropertyDecl>(attributes, *fClass, fDecls);
       return;
     }
     if (name == "property.array"sv) {
-      parser.Push<TStatePropertyArrayDecl>(attributes, *fClass);
+      parser.Push<TStatePropertyArrayDecl>(attributes, *fClass, fDecls);
       return;
     }
     if (name == "property.reference"sv) {
-      parser.Push<TStatePropertyReferenceDecl>(attributes, *fClass);
+      parser.Push<TStatePropertyReferenceDecl>(attributes, *fClass, fDecls);
       return;
     }
     fPhase = 2;
@@ -203,7 +205,8 @@ void TCIMXMLParser::TStateInstance::StartElement(TCIMXMLParser& parser, std::str
   switch (fPhase) {
   case 0:
     if (name == "qualifier"sv) {
-      parser.Push<TStateQualifier>(attributes, static_cast<ICIMAllowQualifiers*>(0));
+      parser.Push<TStateQualifier>(attributes, static_cast<TQualifierMap*>(0),
+                                   static_cast<TZelQualifierDecls*>(0));
       return;
     }
     fPhase = 1;
@@ -247,15 +250,30 @@ void TCIMXMLParser::TStateQualifier::StartElement(TCIMXMLParser& parser, std::st
   fValueRead = true;
 }
 
-void TCIMXMLParser::TStateQualifier::EndElement(TCIMXMLParser& parser, std::string& name) {
-  TCIMQualifierDecl* decl;
+static TCIMQualifierDecl& FindDecl(TContainer& container, const std::string& name) {
   try {
-    decl = parser.fContainer->GetQualifierDecl(fName);
+    return *container.GetQualifierDecl(name);
   } catch (TZELException const& e) {
     if (e.GetCode() == zelStatusNotFound)
-      ZelLog(zelLogError, "TCIMXMLParser: Couldn't find qualifier " + fName);
+      ZelLog(zelLogError, "TCIMXMLParser: Couldn't find qualifier " + name);
     throw;
   }
+}
+
+TCIMQualifierDecl& TZelQualifierDecls::Get(TContainer& container, const std::string& name) {
+  for (const std::pair<std::string, TCIMQualifierDecl*>& known : fDecls)
+    if (known.first == name)
+      return *known.second;
+  TCIMQualifierDecl& decl = FindDecl(container, name);
+  if (fDecls.empty())
+    fDecls.reserve(8);
+  fDecls.emplace_back(name, &decl);
+  return decl;
+}
+
+void TCIMXMLParser::TStateQualifier::EndElement(TCIMXMLParser& parser, std::string& name) {
+  TCIMQualifierDecl* decl =
+      fDecls ? &fDecls->Get(*parser.fContainer, fName) : &FindDecl(*parser.fContainer, fName);
   if (fOwner) {
     // Made empty, then given the value read: moved, not copied twice (descriptions are long).
     TCIMQualifier* qualifier =
@@ -263,14 +281,13 @@ void TCIMXMLParser::TStateQualifier::EndElement(TCIMXMLParser& parser, std::stri
     TCIMValue value(fValueRead ? std::move(fValue) : TCIMValue(decl->GetType(), 0));
     try {
       qualifier->GetBody()->TakeValue(value);
-      fOwner->AddQualifier(*qualifier);
+      // An identical re-add of a locked qualifier leaves the holder as it was: still ours.
+      if (!ZelAddQualifier(*fOwner, *qualifier))
+        delete qualifier;
     } catch (...) {
       delete qualifier;
       throw;
     }
-    // An identical re-add of a locked qualifier leaves the holder as it was: still ours.
-    if (&fOwner->GetQualifier(qualifier->GetName()) != qualifier)
-      delete qualifier;
   }
   TParseState::EndElement(parser, name);
 }
@@ -304,9 +321,10 @@ bool TZelPropertyElement::ReadAttributes(const TAttributeMap& attributes) {
 void TCIMXMLParser::TPropertyDeclState::StartChild(TCIMXMLParser& parser, std::string& name,
                                                    TAttributeMap& attributes,
                                                    TZelPropertyElement& element,
-                                                   ICIMAllowQualifiers* owner) {
+                                                   TQualifierMap* owner,
+                                                   TZelQualifierDecls* decls) {
   if (element.fPhase == 0 && name == "qualifier"sv) {
-    parser.Push<TStateQualifier>(attributes, owner);
+    parser.Push<TStateQualifier>(attributes, owner, decls);
     return;
   }
   if (element.fPhase > 1)
@@ -353,7 +371,7 @@ void TCIMXMLParser::TPropertyDeclState::HandleAttrs(TCIMXMLParser& parser,
 
 void TCIMXMLParser::TPropertyDeclState::StartElement(TCIMXMLParser& parser, std::string& name,
                                                      TAttributeMap& attributes) {
-  StartChild(parser, name, attributes, fElement, fDecl);
+  StartChild(parser, name, attributes, fElement, &fDecl->GetBody()->Qualifiers(), &fDecls);
 }
 
 void TCIMXMLParser::TPropertyDeclState::EndElement(TCIMXMLParser& parser, std::string& name) {
@@ -390,7 +408,7 @@ void TCIMXMLParser::TPropertyState::HandleAttrs(TCIMXMLParser& parser,
 
 void TCIMXMLParser::TPropertyState::StartElement(TCIMXMLParser& parser, std::string& name,
                                                  TAttributeMap& attributes) {
-  TPropertyDeclState::StartChild(parser, name, attributes, fElement, nullptr);
+  TPropertyDeclState::StartChild(parser, name, attributes, fElement, nullptr, nullptr);
 }
 
 void TCIMXMLParser::TPropertyState::EndElement(TCIMXMLParser& parser, std::string& name) {

@@ -5,13 +5,12 @@
 
 #include "TCIMXMLParser.h"
 
-#include "ICIMAllowQualifiers.h"
+#include "cim/ZelQualifierHolder.h"
 #include "TCIMReference.h"
 #include "TCIMValue.h"
 
 #include <boost/make_shared.hpp>
 #include <cstddef>
-#include <deque>
 #include <initializer_list>
 #include <map>
 #include <utility>
@@ -216,6 +215,20 @@ public:
   TStateValueObjectWithLocalPath() : TStateValueObjectWithPath(true) {}
 };
 
+/// The qualifier declarations named by the qualifiers of one class and its properties, by
+/// the name as written: a class names the same few again and again, and no declaration
+/// comes or goes inside a CLASS element.
+class TZelQualifierDecls {
+public:
+  /// zelStatusNotFound, logged, when the container has none of that name.
+  TCIMQualifierDecl& Get(TContainer& container, const std::string& name);
+
+private:
+  std::vector<std::pair<std::string, TCIMQualifierDecl*>,
+              TZelStateAllocator<std::pair<std::string, TCIMQualifierDecl*> > >
+      fDecls;
+};
+
 class TCIMXMLParser::TStateClass : public TParseState {
 public:
   explicit TStateClass(TCIMClass** slot) : fClass(0), fSlot(slot), fPhase(0) {}
@@ -228,6 +241,7 @@ private:
   TCIMClass* fClass;
   TCIMClass** fSlot;
   int fPhase;
+  TZelQualifierDecls fDecls;
 };
 
 class TCIMXMLParser::TStateInstance : public TParseState {
@@ -244,15 +258,17 @@ private:
 
 class TCIMXMLParser::TStateQualifier : public TParseState {
 public:
-  /// A null owner reads and checks the qualifier, then drops it (instances hold none).
-  explicit TStateQualifier(ICIMAllowQualifiers* owner)
-      : fOwner(owner), fFlavor(0), fPropagated(false), fValueRead(false) {}
+  /// Null qualifiers: read and checked, then dropped (instances hold none). Declarations
+  /// are looked up through decls when given.
+  TStateQualifier(TQualifierMap* owner, TZelQualifierDecls* decls)
+      : fOwner(owner), fDecls(decls), fFlavor(0), fPropagated(false), fValueRead(false) {}
   void StartElement(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes) override;
   void EndElement(TCIMXMLParser& parser, std::string& name) override;
   void HandleAttrs(TCIMXMLParser& parser, TAttributeMap& attributes) override;
 
 private:
-  ICIMAllowQualifiers* fOwner;
+  TQualifierMap* fOwner;  // the owner's map, added to as its AddQualifier does
+  TZelQualifierDecls* fDecls;
   std::string fName;
   TCIMValue::TCIMType fType;
   unsigned int fFlavor;
@@ -295,14 +311,16 @@ public:
   /// A child of a property element in a class or an instance: QUALIFIER (for owner; none
   /// takes those of an instance), then the value element of its form.
   static void StartChild(TCIMXMLParser& parser, std::string& name, TAttributeMap& attributes,
-                         TZelPropertyElement& element, ICIMAllowQualifiers* owner);
+                         TZelPropertyElement& element, TQualifierMap* owner,
+                         TZelQualifierDecls* decls);
 
 protected:
-  TPropertyDeclState(TCIMClass& cls, EZelPropertyForm form)
-      : fClass(cls), fElement(form), fDecl(0) {}
+  TPropertyDeclState(TCIMClass& cls, TZelQualifierDecls& decls, EZelPropertyForm form)
+      : fClass(cls), fDecls(decls), fElement(form), fDecl(0) {}
 
 private:
   TCIMClass& fClass;
+  TZelQualifierDecls& fDecls;  // the class's
   TZelPropertyElement fElement;
   TCIMPropertyDecl* fDecl;  // owned until registered
   TCIMValue fDefault;       // NULL of the declared type
@@ -310,16 +328,18 @@ private:
 
 class TCIMXMLParser::TStatePropertyDecl : public TPropertyDeclState {
 public:
-  explicit TStatePropertyDecl(TCIMClass& cls) : TPropertyDeclState(cls, kZelScalarProperty) {}
+  TStatePropertyDecl(TCIMClass& cls, TZelQualifierDecls& decls)
+      : TPropertyDeclState(cls, decls, kZelScalarProperty) {}
 };
 class TCIMXMLParser::TStatePropertyArrayDecl : public TPropertyDeclState {
 public:
-  explicit TStatePropertyArrayDecl(TCIMClass& cls) : TPropertyDeclState(cls, kZelArrayProperty) {}
+  TStatePropertyArrayDecl(TCIMClass& cls, TZelQualifierDecls& decls)
+      : TPropertyDeclState(cls, decls, kZelArrayProperty) {}
 };
 class TCIMXMLParser::TStatePropertyReferenceDecl : public TPropertyDeclState {
 public:
-  explicit TStatePropertyReferenceDecl(TCIMClass& cls)
-      : TPropertyDeclState(cls, kZelReferenceProperty) {}
+  TStatePropertyReferenceDecl(TCIMClass& cls, TZelQualifierDecls& decls)
+      : TPropertyDeclState(cls, decls, kZelReferenceProperty) {}
 };
 
 class TCIMXMLParser::TPropertyState : public TParseState {
@@ -375,9 +395,10 @@ private:
   TCIMValue& fTarget;
   TCIMValue::TCIMType fType;  // of the elements
   unsigned int fArraySize;
-  // A deque: growing it moves no element (a value's move may throw, so a vector would copy
-  // every element at each growth) and keeps the target of the open VALUE in place.
-  std::deque<TCIMValue> fValues;
+  typedef std::vector<TCIMValue, TZelStateAllocator<TCIMValue> > TValues;
+  // Blocks from the parser's free lists; grown by StartElement only, between two VALUEs,
+  // so the target of the open VALUE stays in place.
+  TValues fValues;
 };
 
 class TCIMXMLParser::TStateValueReference : public TParseState {

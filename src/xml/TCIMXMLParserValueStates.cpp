@@ -43,6 +43,15 @@ void TCIMXMLParser::TStateValueArray::StartElement(TCIMXMLParser& parser, std::s
                                                    TAttributeMap& attributes) {
   if (name != "value"sv)
     parser.UnexpectedElement(name);
+  if (fValues.size() == fValues.capacity()) {
+    // Grown by moving: the vector would copy every element, a value's move not being
+    // noexcept.
+    TValues grown;
+    grown.reserve(fValues.empty() ? 8 : 2 * fValues.size());
+    for (TCIMValue& value : fValues)
+      grown.push_back(std::move(value));
+    fValues.swap(grown);
+  }
   fValues.emplace_back();
   parser.Push<TStateValue>(attributes, parser, fValues.back(), fType);
 }

@@ -145,6 +145,53 @@ TEST_F(CIMXMLParserTest, AClassDefinedTwiceKeepsTheFirstAndIsCollectedOnce) {
   EXPECT_TRUE(LoggedLines().empty());
 }
 
+// A qualifier given again on the same class or property declaration: an overridable one is
+// replaced, a locked one stays when the new one is identical and refuses a different one.
+TEST_F(CIMXMLParserTest, AQualifierGivenTwiceReplacesOrKeepsOrRefuses) {
+  auto qualifier = [](char const* name, char const* type, char const* overridable,
+                      char const* value) {
+    return std::string("<QUALIFIER NAME=\"") + name + "\" TYPE=\"" + type +
+           "\" OVERRIDABLE=\"" + overridable + "\"><VALUE>" + value + "</VALUE></QUALIFIER>";
+  };
+  auto document = [](std::string const& classQualifiers, std::string const& keyQualifiers) {
+    return "<CIM><DECLARATION><DECLGROUP><VALUE.OBJECT><CLASS NAME=\"Q\">" + classQualifiers +
+           "<PROPERTY NAME=\"Id\" TYPE=\"string\">" + keyQualifiers +
+           "</PROPERTY></CLASS></VALUE.OBJECT></DECLGROUP></DECLARATION>\n</CIM>";
+  };
+  std::string key = qualifier("KEY", "boolean", "false", "true");
+  // Spelt in any case, the name is the same qualifier's.
+  ParseInto(fContainer, document(qualifier("Description", "string", "true", "one") +
+                                     qualifier("DESCRIPTION", "string", "false", "two") +
+                                     qualifier("description", "string", "false", "two"),
+                                 key + key));
+  TCIMClass* cls = fContainer.GetClass("Q");
+  TCIMQualifier& description = cls->GetQualifier("description");
+  EXPECT_EQ(static_cast<std::string>(description.GetValue()), "two");
+  EXPECT_EQ(description.GetFlavor() & TCIMQualifierDecl::eOverridable, 0u);
+  EXPECT_EQ(cls->EnumerateQualifiers().size(), 1u);
+  TCIMPropertyDecl& id = cls->GetPropertyDecl("Id");
+  EXPECT_EQ(id.EnumerateQualifiers().size(), 1u);
+  EXPECT_TRUE(static_cast<bool>(id.GetQualifier("key").GetValue()));
+  EXPECT_TRUE(LoggedLines().empty());
+
+  // A different value over a locked one, on a property and on a class.
+  TContainer other, third;
+  ParseInto(other, DataText("qualifier-declarations.xml"));
+  ParseInto(third, DataText("qualifier-declarations.xml"));
+  EXPECT_ZEL_THROW(ParseInto(other, document("", key + qualifier("KEY", "boolean", "false",
+                                                                 "false"))),
+                   zelStatusNotOverridable);
+  EXPECT_ZEL_THROW(ParseInto(third, document(qualifier("Description", "string", "false", "a") +
+                                                 qualifier("Description", "string", "true", "b"),
+                                             "")),
+                   zelStatusNotOverridable);
+  EXPECT_EQ(LoggedLines(),
+            (TNames{"ZEL_Core: [Error] TCIMXMLParser: Threw exception zelStatusNotOverridable "
+                    "on line 1",
+                    "ZEL_Core: [Error] TCIMXMLParser: Threw exception zelStatusNotOverridable "
+                    "on line 1"}));
+}
+
 // A document around one INSTANCE of ZT_Disk (instances-properties.xml loaded first).
 static std::string DiskInstance(std::string const& properties, std::string const& id) {
   return "<CIM><DECLARATION><DECLGROUP><VALUE.OBJECT><INSTANCE CLASSNAME=\"ZT_Disk\">"
@@ -175,6 +222,38 @@ TEST_F(CIMXMLParserTest, UX402ModeValueTextAndBadDateTimes) {
   EXPECT_EQ(Value("ZT_Disk", key, "Installed").ToString(10), "19700101000000.000000+000");
   EXPECT_EQ(LoggedLines(), (TNames{"ZEL_Core: [Error] Invalid datetime found on line 4.  "
                                    "Defaulting the datetime to 01/01/1970 00:00:00."}));
+}
+
+// Arrays of any length keep their elements in document order, long strings included.
+TEST_F(CIMXMLParserTest, ArraysKeepEveryElementInOrder) {
+  std::string const kKeyProperty = "<PROPERTY NAME=\"Id\" TYPE=\"string\"><QUALIFIER "
+                                   "NAME=\"KEY\" TYPE=\"boolean\"><VALUE>true</VALUE>"
+                                   "</QUALIFIER></PROPERTY>";
+  ParseInto(fContainer, DataText("instances-properties.xml"));
+  for (int count : {0, 1, 8, 9, 17, 40}) {
+    std::string values, strings, expected = "{ ", expectedStrings = "{ ";
+    for (int i = 1; i <= count; ++i) {
+      std::string word = "a value long enough for the heap " + std::to_string(i);
+      values += "<VALUE>" + std::to_string(i) + "</VALUE>";
+      strings += "<VALUE>" + word + "</VALUE>";
+      expected += std::to_string(i) + (i < count ? ", " : "");
+      expectedStrings += word + (i < count ? ", " : "");
+    }
+    std::string id = "disk-" + std::to_string(count), cls = "V" + std::to_string(count);
+    ParseInto(fContainer, DiskInstance("<PROPERTY.ARRAY NAME=\"Blocks\" TYPE=\"uint32\">"
+                                       "<VALUE.ARRAY>" + values + "</VALUE.ARRAY></PROPERTY.ARRAY>",
+                                       id));
+    ParseInto(fContainer, "<CIM><DECLARATION><DECLGROUP><VALUE.OBJECT><CLASS NAME=\"" + cls +
+                              "\"><QUALIFIER NAME=\"ValueMap\" TYPE=\"string\"><VALUE.ARRAY>" +
+                              strings + "</VALUE.ARRAY></QUALIFIER>" + kKeyProperty +
+                              "</CLASS></VALUE.OBJECT>"
+                              "</DECLGROUP></DECLARATION></CIM>");
+    EXPECT_EQ(Value("ZT_Disk", "ZT_Disk.DeviceID=\"" + id + "\"", "Blocks").ToString(10),
+              expected + " }") << count;
+    EXPECT_EQ(fContainer.GetClass(cls)->GetQualifier("ValueMap").GetValue().ToString(10),
+              expectedStrings + " }") << count;
+  }
+  EXPECT_TRUE(LoggedLines().empty());
 }
 
 TEST_F(CIMXMLParserTest, AMethodPushesNothingSoItsEndTagClosesTheClass) {
