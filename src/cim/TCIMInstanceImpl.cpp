@@ -77,14 +77,29 @@ void TCIMInstanceImpl::SortProperties() {
   fProperties.swap(properties);
 }
 
+// The order of std::string, compared in line: names are short and mostly differ early.
+static int CompareNames(std::string_view left, std::string_view right) {
+  std::size_t common = std::min(left.size(), right.size());
+  for (std::size_t i = 0; i < common; ++i)
+    if (left[i] != right[i])
+      return static_cast<unsigned char>(left[i]) < static_cast<unsigned char>(right[i]) ? -1 : 1;
+  return left.size() < right.size() ? -1 : left.size() > right.size();
+}
+
 TCIMInstanceImpl::TPropertyMap::const_iterator
 TCIMInstanceImpl::Find(std::string_view name) const {
-  TPropertyMap::const_iterator it =
-      std::lower_bound(fProperties.begin(), fProperties.end(), name,
-                       [](const TPropertyMap::value_type& entry, std::string_view key) {
-                         return std::string_view(entry.first) < key;
-                       });
-  return it != fProperties.end() && it->first == name ? it : fProperties.end();
+  std::size_t low = 0, high = fProperties.size();
+  while (low < high) {
+    std::size_t middle = low + (high - low) / 2;
+    int order = CompareNames(fProperties[middle].first, name);
+    if (order == 0)
+      return fProperties.begin() + middle;
+    if (order < 0)
+      low = middle + 1;
+    else
+      high = middle;
+  }
+  return fProperties.end();
 }
 
 TCIMInstanceImpl::~TCIMInstanceImpl() {}
