@@ -12,6 +12,7 @@
 #include "cim/ZelNamedMap.h"
 
 #include <algorithm>
+#include <utility>
 
 typedef TCIMValue::TCIMType T;
 
@@ -46,7 +47,7 @@ TCIMClassImpl::TCIMClassImpl(TCIMClass& owner, TContainer& container, const std:
       continue;
     boost::shared_ptr<TCIMQualifier> copy(new TCIMQualifier(*it->second));
     copy->SetPropagated(true);
-    fQualifiers.insert(std::make_pair(it->first, copy));
+    fQualifiers.emplace_hint(fQualifiers.end(), it->first, std::move(copy));
   }
 }
 
@@ -109,7 +110,7 @@ void TCIMClassImpl::AddPropertyDecl(TCIMPropertyDecl& decl) {
   TPropertyDeclMap::iterator position = fPropertyDecls.lower_bound(key);
   TPropertyDeclMap::iterator existing =
       position != fPropertyDecls.end() && position->first == key ? position : fPropertyDecls.end();
-  if (decl.FindQualifier("OVERRIDE")) { // Its presence decides, not its value.
+  if (decl.GetBody()->HasQualifier("override")) { // Its presence decides, not its value.
     std::string attempt = "Attempt to override property " + property + " in class " + fName;
     if (existing == fPropertyDecls.end())
       ZelFail(zelStatusNotFound, attempt + ": property doesn't exist in base class");

@@ -13,7 +13,9 @@
 #include "log/ZelLog.h"
 #include "cim/ZelText.h"
 
+#include <algorithm>
 #include <functional>
+#include <map>
 #include <tuple>
 
 typedef TCIMValue::TCIMType T;
@@ -42,18 +44,62 @@ TCIMInstanceImpl::TCIMInstanceImpl(TCIMInstance& owner, TCIMClass* cls)
     : fOwner(owner), fClass(cls) {
   const TCIMClassImpl::TPropertyDeclMap& decls = cls->GetBody()->PropertyDecls();
   std::string renamed;
-  // The declarations come in the map's own order: each node goes in at the end, unsearched.
+  bool sorted = true;
+  // The declarations come in the map's own order, so the names arrive sorted unless one
+  // was renamed since it was filed.
+  fProperties.reserve(decls.size());
   for (TCIMClassImpl::TPropertyDeclMap::const_iterator it = decls.begin(); it != decls.end();
-       ++it)
-    fProperties.emplace_hint(fProperties.end(), std::piecewise_construct,
-                             std::forward_as_tuple(NormalName(it->first, *it->second, renamed)),
+       ++it) {
+    const std::string& name = NormalName(it->first, *it->second, renamed);
+    sorted = sorted && &name == &it->first;
+    fProperties.emplace_back(std::piecewise_construct, std::forward_as_tuple(name),
                              std::forward_as_tuple(*it->second));
+  }
+  if (!sorted)
+    SortProperties();
   // Stamped unasked: every instance records when it was collected.
-  TPropertyMap::iterator stamp = fProperties.find("datetimeofcollection");
+  TPropertyMap::const_iterator stamp = Find("datetimeofcollection");
   if (stamp != fProperties.end()) {
     TCIMValue now(TOSSpecific::GetLocalTime());
     stamp->second.GetBody()->TakeValue(now);
   }
+}
+
+void TCIMInstanceImpl::SortProperties() {
+  std::map<std::string_view, const TCIMProperty*> order;
+  for (TPropertyMap::const_iterator it = fProperties.begin(); it != fProperties.end(); ++it)
+    order.emplace(it->first, &it->second);  // the first of a name wins, as in a map
+  TPropertyMap properties;
+  properties.reserve(order.size());
+  for (std::map<std::string_view, const TCIMProperty*>::const_iterator it = order.begin();
+       it != order.end(); ++it)
+    properties.emplace_back(std::string(it->first), *it->second);
+  fProperties.swap(properties);
+}
+
+// The order of std::string, compared in line: names are short and mostly differ early.
+static int CompareNames(std::string_view left, std::string_view right) {
+  std::size_t common = std::min(left.size(), right.size());
+  for (std::size_t i = 0; i < common; ++i)
+    if (left[i] != right[i])
+      return static_cast<unsigned char>(left[i]) < static_cast<unsigned char>(right[i]) ? -1 : 1;
+  return left.size() < right.size() ? -1 : left.size() > right.size();
+}
+
+TCIMInstanceImpl::TPropertyMap::const_iterator
+TCIMInstanceImpl::Find(std::string_view name) const {
+  std::size_t low = 0, high = fProperties.size();
+  while (low < high) {
+    std::size_t middle = low + (high - low) / 2;
+    int order = CompareNames(fProperties[middle].first, name);
+    if (order == 0)
+      return fProperties.begin() + middle;
+    if (order < 0)
+      low = middle + 1;
+    else
+      high = middle;
+  }
+  return fProperties.end();
 }
 
 TCIMInstanceImpl::~TCIMInstanceImpl() {}
@@ -68,7 +114,7 @@ void TCIMInstanceImpl::Validate() const {
        ++key) {
     if (!key->second->GetBody()->IsKey())
       continue;
-    TPropertyMap::const_iterator it = fProperties.find(NormalName(key->first, *key->second, renamed));
+    TPropertyMap::const_iterator it = Find(NormalName(key->first, *key->second, renamed));
     if (it == fProperties.end() || it->second.GetBody()->CurrentValue().IsNull())
       ZelFail(zelStatusInvalidInstance, "Instance " + fClass->GetName() + ": key property " +
                                             key->second->GetName() + " is NULL");
@@ -106,8 +152,8 @@ TCIMProperty& TCIMInstanceImpl::GetProperty(const std::string& name) {
 }
 
 TCIMProperty* TCIMInstanceImpl::FindProperty(const std::string& name) {
-  TPropertyMap::iterator it = fProperties.find(ZelNormalName(name).View());
-  return it == fProperties.end() ? 0 : &it->second;
+  TPropertyMap::const_iterator it = Find(ZelNormalName(name).View());
+  return it == fProperties.end() ? 0 : &fProperties[it - fProperties.begin()].second;
 }
 
 std::vector<const TCIMProperty*> TCIMInstanceImpl::EnumerateProperties() const {
@@ -123,7 +169,7 @@ TCIMReference TCIMInstanceImpl::BuildPath() const {
   path.SetClass(*fClass);
   std::vector<std::string> keys = fClass->EnumerateKeyNames();
   for (std::vector<std::string>::iterator key = keys.begin(); key != keys.end(); ++key)
-    path.AddKeyValue(*key, fProperties.find(ZelNormalName(*key).View())->second.GetValue());
+    path.AddKeyValue(*key, Find(ZelNormalName(*key).View())->second.GetValue());
   return path;
 }
 
@@ -148,7 +194,7 @@ void TCIMInstanceImpl::AppendPathText(std::string& path) const {
     if (!decl.GetBody()->IsKey())
       continue;
     const std::string& name = decl.GetName();
-    TPropertyMap::const_iterator it = fProperties.find(key->first);
+    TPropertyMap::const_iterator it = Find(key->first);
     if (!ZelIsNormalFormOf(key->first, name) || (previous && !(*previous < name)) ||
         it == fProperties.end() ||
         it->second.GetBody()->CurrentValue().GetType() != decl.GetType()) {

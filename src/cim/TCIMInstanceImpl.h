@@ -7,8 +7,9 @@
 #include "TCIMProperty.h"
 
 #include <functional>
-#include <map>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 class TCIMClass;
@@ -16,8 +17,10 @@ class TCIMValue;
 
 class TCIMInstanceImpl : public TCIMElementImpl {
 public:
-  /// Normalised property name to the property, held by value.
-  typedef std::map<std::string, TCIMProperty, std::less<> > TPropertyMap;
+  /// Normalised property name to the property, held by value, sorted by name. One block
+  /// for all of them: the set is fixed at construction, so the vector never grows and
+  /// pointers handed out stay valid.
+  typedef std::vector<std::pair<std::string, TCIMProperty> > TPropertyMap;
 
   TCIMInstanceImpl(TCIMInstance& owner, TCIMClass* cls);
   virtual ~TCIMInstanceImpl();
@@ -48,6 +51,10 @@ public:
   bool operator<(const TCIMInstanceImpl& other) const;
 
 private:
+  TPropertyMap::const_iterator Find(std::string_view name) const;
+  /// Sorts after a renamed declaration, keeping the first property of each name.
+  void SortProperties();
+
   TCIMInstance& fOwner;
   TCIMClass* fClass;
   TPropertyMap fProperties;

@@ -7,6 +7,7 @@
 #include "cim/ZelQualifierHolder.h"
 
 #include <string>
+#include <string_view>
 
 class TCIMClass;
 
@@ -24,6 +25,10 @@ public:
   ZEL_QUALIFIER_OPERATIONS
   /// True when the declaration carries a non-NULL true "KEY" qualifier.
   bool IsKey() const { return ZelQualifierIsTrue(fQualifiers, "key"); }
+  /// Whether a qualifier of that normalised name is there, whatever its value.
+  bool HasQualifier(std::string_view normalName) const {
+    return fQualifiers.find(normalName) != fQualifiers.end();
+  }
 
 private:
   TCIMPropertyDecl& fOwner;

@@ -4,6 +4,7 @@
 #include "cim/TCIMReferenceImpl.h"
 
 #include <boost/make_shared.hpp>
+#include <utility>
 
 TCIMReference::TCIMReference(TContainer const* container)
     : fBody(boost::make_shared<TCIMReferenceImpl>(*this, container)) {}
@@ -31,7 +32,7 @@ void TCIMReference::SetClass(TCIMClass& referencedClass) { fBody->SetClass(refer
 TCIMClass* TCIMReference::GetClass() const { return fBody->GetClass(); }
 std::string TCIMReference::GetClassName() const { return fBody->GetClassName(); }
 void TCIMReference::AddKeyValue(std::string name, TCIMValue value) {
-  fBody->AddKeyValue(name, value);
+  fBody->AddKeyValue(std::move(name), std::move(value));
 }
 TCIMReference::TKeyBindings TCIMReference::EnumerateKeyBindings() const {
   return fBody->EnumerateKeyBindings();

@@ -10,6 +10,7 @@
 #include "log/ZelLog.h"
 
 #include <functional>
+#include <utility>
 
 void ZelAppendKeyBinding(std::string& path, std::string const& name, TCIMValue const& value) {
   path += name;
@@ -71,7 +72,7 @@ TCIMClass* TCIMReferenceImpl::GetClass() const {
 
 std::string TCIMReferenceImpl::GetClassName() const { return GetClass()->GetName(); }
 
-void TCIMReferenceImpl::AddKeyValue(std::string const& name, TCIMValue const& value) {
+void TCIMReferenceImpl::AddKeyValue(std::string name, TCIMValue value) {
   if (!fClass)
     ZelFail(zelStatusInvalidOpSequence, "AddKeyValue() called before class set");
   TCIMPropertyDecl& decl = fClass->GetPropertyDecl(name);
@@ -80,7 +81,7 @@ void TCIMReferenceImpl::AddKeyValue(std::string const& name, TCIMValue const& va
                                        " Value type: " + value.GetType().ToString());
   if (!decl.GetBody()->IsKey())
     ZelFail(zelStatusInvalidOpSequence, "AddKeyValue() called with a non-key property " + name);
-  fKeyBindings.insert(std::make_pair(name, value)); // An existing binding is kept.
+  fKeyBindings.try_emplace(std::move(name), std::move(value)); // An existing one is kept.
   fCachedElement = 0;
 }
 

@@ -33,7 +33,8 @@ public:
   void SetClass(TCIMClass& cls);
   TCIMClass* GetClass() const;
   std::string GetClassName() const;
-  void AddKeyValue(std::string const& name, TCIMValue const& value);
+  /// Both are moved into the binding.
+  void AddKeyValue(std::string name, TCIMValue value);
   TCIMReference::TKeyBindings const& EnumerateKeyBindings() const { return fKeyBindings; }
   void SetKeyBindings(TCIMReference::TKeyBindings const& bindings);
   std::string GetPath() const;

@@ -40,6 +40,28 @@ TEST_F(InstanceTest, HoldsOnePropertyPerDeclarationIsStampedAndSetByName) {
                    zelStatusNotFound);
 }
 
+// A declaration renamed after it was filed: instances made later hold it under the new
+// name, in name order, and of two names that now agree only the first declaration counts.
+TEST_F(InstanceTest, RenamedDeclarationsAreHeldUnderTheirNewNames) {
+  TCIMPropertyDecl& beta = fMixed.GetPropertyDecl("Beta");
+  beta.SetName("Aardvark");
+  TCIMInstance renamed(&fMixed);
+  EXPECT_EQ((TNames{"Aardvark", "alpha"}), Names(renamed.EnumerateProperties()));
+  renamed.SetPropertyValue("AARDVARK", TCIMValue(7u));
+  EXPECT_EQ(7u, static_cast<unsigned>(renamed.GetProperty("aardvark").GetValue()));
+  EXPECT_EQ(nullptr, renamed.FindProperty("Beta"));
+  renamed.SetPropertyValue("Alpha", TCIMValue("a"));
+  EXPECT_NO_THROW(renamed.Validate());
+
+  beta.SetName("ALPHA");
+  TCIMInstance clashing(&fMixed);
+  std::vector<const TCIMProperty*> properties = clashing.EnumerateProperties();
+  ASSERT_EQ(1u, properties.size());
+  EXPECT_EQ("alpha", properties[0]->GetName());
+  EXPECT_EQ(T::kString, clashing.GetProperty("Alpha").GetType());
+  EXPECT_EQ(nullptr, clashing.FindProperty("Aardvark"));
+}
+
 TEST_F(InstanceTest, KeysMustBeSetOutsideDiffContainersAndMakeThePath) {
   TCIMInstance* instance = fContainer.AllocateInstance(&fMixed);
   instance->SetPropertyValue("Alpha", TCIMValue("host \"one\""));
