@@ -14,10 +14,10 @@
 #include <algorithm>
 #include <utility>
 
-typedef TCIMValue::TCIMType T;
+typedef TCIMValue::TCIMType TCIMType;
 
 static bool IsReferenceDecl(const TCIMPropertyDecl& decl) {
-  return decl.GetType() == T::kReference;
+  return decl.GetType() == TCIMType::kReference;
 }
 
 static TCIMClass* ReferencedClass(const TCIMPropertyDecl& decl) {

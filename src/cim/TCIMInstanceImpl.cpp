@@ -18,7 +18,7 @@
 #include <map>
 #include <tuple>
 
-typedef TCIMValue::TCIMType T;
+typedef TCIMValue::TCIMType TCIMType;
 
 // The instance a reference property names, or null when it names none.
 static TCIMInstance* ResolveInstance(const TCIMProperty& property) {

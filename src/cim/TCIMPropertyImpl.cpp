@@ -8,7 +8,7 @@
 #include <sstream>
 #include <utility>
 
-typedef TCIMValue::TCIMType T;
+typedef TCIMValue::TCIMType TCIMType;
 
 static std::string ClassName(const TCIMClass* cls) { return cls ? cls->GetName() : std::string(); }
 
@@ -21,7 +21,7 @@ static void CheckAgainstDecl(const TCIMPropertyDecl& decl, const TCIMValue& valu
          << value.GetType();
     ZelFail(zelStatusTypeMismatch, text.str());
   }
-  if (decl.GetType() != T::kReference)
+  if (decl.GetType() != TCIMType::kReference)
     return;
   TCIMClass* declared = decl.GetValue().GetReferencedClass();
   TCIMClass* referenced = value.GetReferencedClass();
@@ -83,7 +83,7 @@ TCIMValue TCIMPropertyImpl::GetPrevValue() const {
   return fPrevValue ? *fPrevValue : fDeclaration->GetValue();
 }
 
-T TCIMPropertyImpl::GetType() const { return fDeclaration->GetType(); }
+TCIMType TCIMPropertyImpl::GetType() const { return fDeclaration->GetType(); }
 
 void TCIMPropertyImpl::SetValue(const TCIMValue& value) {
   CheckAgainstDecl(*fDeclaration, value, "SetValue");

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <type_traits>
 
-typedef TCIMValue::TCIMType T;
+typedef TCIMValue::TCIMType TCIMType;
 
 // Type names by ECIMType (array bit masked off); empty where a type has no name. Views, so
 // that matching a name compares lengths first.
@@ -21,10 +21,10 @@ static std::string_view const kTypeNames[16] = {
     "uint64", "sint64",  "real32", "real64", "char",   "string", "datetime", "reference"};
 
 // The names a type can be built from, in the order they are tried.
-static const T::ECIMType kNamedTypes[] = {T::kUint8,  T::kSint8,  T::kUint16,  T::kSint16,
-                                          T::kUint32, T::kSint32, T::kUint64,  T::kSint64,
-                                          T::kReal32, T::kReal64, T::kString,  T::kBoolean,
-                                          T::kDateTime};
+static const TCIMType::ECIMType kNamedTypes[] = {TCIMType::kUint8,  TCIMType::kSint8,  TCIMType::kUint16,  TCIMType::kSint16,
+                                          TCIMType::kUint32, TCIMType::kSint32, TCIMType::kUint64,  TCIMType::kSint64,
+                                          TCIMType::kReal32, TCIMType::kReal64, TCIMType::kString,  TCIMType::kBoolean,
+                                          TCIMType::kDateTime};
 
 // What stream extraction reads as a number of that type; uint8 and sint8 are read wide, then
 // truncated to 8 bits.
@@ -42,9 +42,9 @@ static Number ReadNumber(std::string const& text) {
 
 // ---- TCIMValue::TCIMType -------------------------------------------------------------------
 
-T::TCIMType(ECIMType type) : fType(type) {}
+TCIMValue::TCIMType::TCIMType(ECIMType type) : fType(type) {}
 
-T::TCIMType(std::string name) : fType(kNull) {
+TCIMValue::TCIMType::TCIMType(std::string name) : fType(kNull) {
   ZelAsciiLowerInPlace(name);  // every typed attribute of a document comes through here
   for (ECIMType candidate : kNamedTypes) {
     if (std::string_view(name) == kTypeNames[candidate]) {
@@ -55,9 +55,9 @@ T::TCIMType(std::string name) : fType(kNull) {
   throw TZELException(zelStatusTypeMismatch);
 }
 
-T::operator ECIMType() const { return fType; }
+TCIMValue::TCIMType::operator ECIMType() const { return fType; }
 
-std::string T::ToString() const {
+std::string TCIMValue::TCIMType::ToString() const {
   std::string_view name = kTypeNames[fType & 15];
   if (name.empty() || (fType & ~31))
     throw TZELException(zelStatusTypeMismatch);
@@ -70,7 +70,7 @@ std::ostream& operator<<(std::ostream& out, TCIMValue::TCIMType const& type) {
 
 // ---- Construction --------------------------------------------------------------------------
 
-TCIMValue::TCIMValue() : fType(T::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {}
+TCIMValue::TCIMValue() : fType(TCIMType::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {}
 
 #define ZEL_SCALAR_VALUE(native, type)                                                        \
   TCIMValue::TCIMValue(native value)                                                        \
@@ -84,33 +84,33 @@ TCIMValue::TCIMValue() : fType(T::kNull), fBody(0), fReferencedClass(0), fMaxArr
   }                                                                                         \
   TCIMValue::operator native() const { return static_cast<native>(Body(type)); }
 
-ZEL_SCALAR_VALUE(bool, T::kBoolean)
-ZEL_SCALAR_VALUE(unsigned char, T::kUint8)
-ZEL_SCALAR_VALUE(signed char, T::kSint8)
-ZEL_SCALAR_VALUE(unsigned short, T::kUint16)
-ZEL_SCALAR_VALUE(short, T::kSint16)
-ZEL_SCALAR_VALUE(unsigned int, T::kUint32)
-ZEL_SCALAR_VALUE(int, T::kSint32)
-ZEL_SCALAR_VALUE(unsigned long, T::kUint64)
-ZEL_SCALAR_VALUE(long, T::kSint64)
-ZEL_SCALAR_VALUE(float, T::kReal32)
-ZEL_SCALAR_VALUE(double, T::kReal64)
+ZEL_SCALAR_VALUE(bool, TCIMType::kBoolean)
+ZEL_SCALAR_VALUE(unsigned char, TCIMType::kUint8)
+ZEL_SCALAR_VALUE(signed char, TCIMType::kSint8)
+ZEL_SCALAR_VALUE(unsigned short, TCIMType::kUint16)
+ZEL_SCALAR_VALUE(short, TCIMType::kSint16)
+ZEL_SCALAR_VALUE(unsigned int, TCIMType::kUint32)
+ZEL_SCALAR_VALUE(int, TCIMType::kSint32)
+ZEL_SCALAR_VALUE(unsigned long, TCIMType::kUint64)
+ZEL_SCALAR_VALUE(long, TCIMType::kSint64)
+ZEL_SCALAR_VALUE(float, TCIMType::kReal32)
+ZEL_SCALAR_VALUE(double, TCIMType::kReal64)
 #undef ZEL_SCALAR_VALUE
 
 TCIMValue::TCIMValue(std::string const& value)
-    : fType(T::kString), fBody(new TCIMStringValueImpl(value)), fReferencedClass(0),
+    : fType(TCIMType::kString), fBody(new TCIMStringValueImpl(value)), fReferencedClass(0),
       fMaxArraySize(0) {}
 
 TCIMValue::TCIMValue(char const* value)
-    : fType(T::kString), fBody(new TCIMStringValueImpl(value)), fReferencedClass(0),
+    : fType(TCIMType::kString), fBody(new TCIMStringValueImpl(value)), fReferencedClass(0),
       fMaxArraySize(0) {}
 
 TCIMValue::TCIMValue(TCIMDateTime const& value)
-    : fType(T::kDateTime), fBody(new TCIMDateTimeValueImpl(value)), fReferencedClass(0),
+    : fType(TCIMType::kDateTime), fBody(new TCIMDateTimeValueImpl(value)), fReferencedClass(0),
       fMaxArraySize(0) {}
 
 TCIMValue::TCIMValue(TCIMReference const& value)
-    : fType(T::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
+    : fType(TCIMType::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
   try {
     Set(value);
   } catch (...) {
@@ -124,13 +124,13 @@ TCIMValue::TCIMValue(TCIMReference const& value)
 TCIMValue::TCIMValue(TCIMType type, unsigned int size)
     : fType(type), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
   if (size != 0) {
-    fType = static_cast<T::ECIMType>(type | T::kArray);
+    fType = static_cast<TCIMType::ECIMType>(type | TCIMType::kArray);
     fMaxArraySize = size;
   }
 }
 
 TCIMValue::TCIMValue(TCIMType type, unsigned int size, std::vector<TCIMValue> const& elements)
-    : fType(T::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
+    : fType(TCIMType::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
   try {
     Set(type, size, elements);
   } catch (...) {
@@ -140,24 +140,24 @@ TCIMValue::TCIMValue(TCIMType type, unsigned int size, std::vector<TCIMValue> co
 }
 
 TCIMValue::TCIMValue(TCIMType type, std::string& text, TContainer& container)
-    : fType(T::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
-  switch (static_cast<T::ECIMType>(type)) {
-  case T::kString:
+    : fType(TCIMType::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
+  switch (static_cast<TCIMType::ECIMType>(type)) {
+  case TCIMType::kString:
     Set(text);
     break;
-  case T::kDateTime: {
+  case TCIMType::kDateTime: {
     // Read into the body that keeps it: no copy of the text, nor of the date-time.
     std::unique_ptr<TCIMDateTimeValueImpl> body(new TCIMDateTimeValueImpl());
     body->Held().GetBody()->Set(text);
-    fType = T::kDateTime;
+    fType = TCIMType::kDateTime;
     fBody = body.release();
     break;
   }
-  case T::kReference: // Path text is never parsed: this always throws.
+  case TCIMType::kReference: // Path text is never parsed: this always throws.
     Set(TCIMReference(&container, text));
     break;
   default:
-    if (type < T::kBoolean || type > T::kReal64)
+    if (type < TCIMType::kBoolean || type > TCIMType::kReal64)
       throw TZELException(zelStatusTypeMismatch);
     ZelWithNumericType(type, [&](auto* native) {
       Set(ReadNumber<std::remove_pointer_t<decltype(native)> >(text));
@@ -166,12 +166,12 @@ TCIMValue::TCIMValue(TCIMType type, std::string& text, TContainer& container)
 }
 
 TCIMValue::TCIMValue(TCIMValue const& other)
-    : fType(T::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
+    : fType(TCIMType::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
   Set(other);
 }
 
 TCIMValue::TCIMValue(TCIMValue&& other)
-    : fType(T::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
+    : fType(TCIMType::kNull), fBody(0), fReferencedClass(0), fMaxArraySize(0) {
   Take(other);
 }
 
@@ -190,7 +190,7 @@ TCIMValue& TCIMValue::operator=(TCIMValue&& other) {
 // ---- Setters -------------------------------------------------------------------------------
 
 void TCIMValue::Set(std::string const& value) {
-  fType = T::kString;
+  fType = TCIMType::kString;
   delete fBody;
   fBody = 0;
   fBody = new TCIMStringValueImpl(value);
@@ -199,14 +199,14 @@ void TCIMValue::Set(std::string const& value) {
 void TCIMValue::Set(char const* value) { Set(std::string(value)); }
 
 void TCIMValue::Set(TCIMDateTime const& value) {
-  fType = T::kDateTime;
+  fType = TCIMType::kDateTime;
   delete fBody;
   fBody = 0;
   fBody = new TCIMDateTimeValueImpl(value);
 }
 
 void TCIMValue::Set(TCIMReference const& value) {
-  fType = T::kReference;
+  fType = TCIMType::kReference;
   delete fBody;
   fBody = 0;
   TCIMReference resolved(value);
@@ -220,9 +220,9 @@ void TCIMValue::Set(TCIMType type, unsigned int size, std::vector<TCIMValue> con
   TCIMArrayValueImpl* body = new TCIMArrayValueImpl(elements);
   delete fBody;
   fBody = body;
-  fType = static_cast<T::ECIMType>(type | T::kArray);
+  fType = static_cast<TCIMType::ECIMType>(type | TCIMType::kArray);
   fMaxArraySize = size; // Not checked against the number of elements.
-  T elementType(static_cast<T::ECIMType>(type & ~T::kArray));
+  TCIMType elementType(static_cast<TCIMType::ECIMType>(type & ~TCIMType::kArray));
   for (TCIMValue const& element : body->GetElements()) {
     if (element.GetType() != elementType) {
       // The value keeps its new body: the caller sees the exception and discards it.
@@ -252,7 +252,7 @@ void TCIMValue::Take(TCIMValue& other) {
 // The rest of a copy, once the body is made: from's fields are read before the own body goes,
 // since from may be one of its elements.
 void TCIMValue::Adopt(TCIMValueImpl* body, TCIMValue const& from) {
-  T type = from.fType;
+  TCIMType type = from.fType;
   TCIMClass* referencedClass = from.fReferencedClass;
   unsigned int maxArraySize = from.fMaxArraySize;
   delete fBody;
@@ -262,11 +262,11 @@ void TCIMValue::Adopt(TCIMValueImpl* body, TCIMValue const& from) {
     fMaxArraySize = maxArraySize;
     return;
   }
-  switch (static_cast<T::ECIMType>(fType)) {
-  case T::kNull:
-  case T::kChar: // Never with a body: no value of these types holds one.
+  switch (static_cast<TCIMType::ECIMType>(fType)) {
+  case TCIMType::kNull:
+  case TCIMType::kChar: // Never with a body: no value of these types holds one.
     throw TZELException(zelStatusTypeMismatch);
-  case T::kReference:
+  case TCIMType::kReference:
     fReferencedClass = referencedClass;
     break;
   default:
@@ -276,7 +276,7 @@ void TCIMValue::Adopt(TCIMValueImpl* body, TCIMValue const& from) {
 
 void TCIMValue::SetNullValue(TCIMType::ECIMType type, unsigned int size) {
   fType = type;
-  if (type & T::kArray)
+  if (type & TCIMType::kArray)
     fMaxArraySize = size;
   delete fBody;
   fBody = 0;
@@ -285,9 +285,9 @@ void TCIMValue::SetNullValue(TCIMType::ECIMType type, unsigned int size) {
 // ---- Queries -------------------------------------------------------------------------------
 
 bool TCIMValue::IsNull() const { return fBody == 0; }
-T TCIMValue::GetType() const { return fType; }
-bool TCIMValue::IsArray() const { return (fType & T::kArray) != 0; }
-bool TCIMValue::IsReference() const { return fType == T::kReference; }
+TCIMType TCIMValue::GetType() const { return fType; }
+bool TCIMValue::IsArray() const { return (fType & TCIMType::kArray) != 0; }
+bool TCIMValue::IsReference() const { return fType == TCIMType::kReference; }
 unsigned int TCIMValue::GetMaxArraySize() const { return fMaxArraySize; }
 TCIMClass* TCIMValue::GetReferencedClass() const { return fReferencedClass; }
 
@@ -299,7 +299,7 @@ void TCIMValue::SetReferencedClass(TCIMClass& referencedClass) {
 
 // ---- Accessors -----------------------------------------------------------------------------
 
-TCIMValueImpl& TCIMValue::Body(T::ECIMType type) const {
+TCIMValueImpl& TCIMValue::Body(TCIMType::ECIMType type) const {
   if (!fBody)
     throw TZELException(zelStatusValueIsNULL);
   if (fType != type)
@@ -307,14 +307,14 @@ TCIMValueImpl& TCIMValue::Body(T::ECIMType type) const {
   return *fBody;
 }
 
-TCIMValue::operator std::string() const { return static_cast<std::string>(Body(T::kString)); }
+TCIMValue::operator std::string() const { return static_cast<std::string>(Body(TCIMType::kString)); }
 
 TCIMValue::operator TCIMDateTime() const {
-  return static_cast<TCIMDateTime>(Body(T::kDateTime));
+  return static_cast<TCIMDateTime>(Body(TCIMType::kDateTime));
 }
 
 TCIMValue::operator TCIMReference() const {
-  return static_cast<TCIMReference>(Body(T::kReference));
+  return static_cast<TCIMReference>(Body(TCIMType::kReference));
 }
 
 TCIMValue::operator std::vector<TCIMValue>&() {
@@ -337,7 +337,7 @@ bool TCIMValue::operator==(TCIMValue const& other) const {
   if (!fBody && !other.fBody) {
     if (fType != other.fType)
       return false;
-    if (fType == T::kReference && fReferencedClass != other.fReferencedClass)
+    if (fType == TCIMType::kReference && fReferencedClass != other.fReferencedClass)
       return false;
     return !IsArray() || fMaxArraySize == other.fMaxArraySize;
   }

@@ -8,7 +8,7 @@
 #include <sstream>
 #include <type_traits>
 
-typedef TCIMValue::TCIMType T;
+typedef TCIMValue::TCIMType TCIMType;
 
 [[noreturn]] static void TypeMismatch() { throw TZELException(zelStatusTypeMismatch); }
 
@@ -51,7 +51,7 @@ TCIMValueImpl::operator TCIMReference() const { TypeMismatch(); }
 TCIMValueImpl::operator std::vector<TCIMValue>&() { TypeMismatch(); }
 
 void TCIMValueImpl::AppendText(std::string& out, TCIMValue const& value) {
-  if (value.GetType() == T::kString)
+  if (value.GetType() == TCIMType::kString)
     out += BodyOf<TCIMStringValueImpl>(value).fValue;
   else
     out += value.ToString(10);
@@ -70,17 +70,17 @@ void TCIMValueImpl::AppendText(std::string& out, TCIMValue const& value) {
     return fStorage.field;                                                                  \
   }
 
-ZEL_NUMERIC_BODY(bool, T::kBoolean, fBoolean)
-ZEL_NUMERIC_BODY(unsigned char, T::kUint8, fUint8)
-ZEL_NUMERIC_BODY(signed char, T::kSint8, fSint8)
-ZEL_NUMERIC_BODY(unsigned short, T::kUint16, fUint16)
-ZEL_NUMERIC_BODY(short, T::kSint16, fSint16)
-ZEL_NUMERIC_BODY(unsigned int, T::kUint32, fUint32)
-ZEL_NUMERIC_BODY(int, T::kSint32, fSint32)
-ZEL_NUMERIC_BODY(unsigned long, T::kUint64, fUint64)
-ZEL_NUMERIC_BODY(long, T::kSint64, fSint64)
-ZEL_NUMERIC_BODY(float, T::kReal32, fReal32)
-ZEL_NUMERIC_BODY(double, T::kReal64, fReal64)
+ZEL_NUMERIC_BODY(bool, TCIMType::kBoolean, fBoolean)
+ZEL_NUMERIC_BODY(unsigned char, TCIMType::kUint8, fUint8)
+ZEL_NUMERIC_BODY(signed char, TCIMType::kSint8, fSint8)
+ZEL_NUMERIC_BODY(unsigned short, TCIMType::kUint16, fUint16)
+ZEL_NUMERIC_BODY(short, TCIMType::kSint16, fSint16)
+ZEL_NUMERIC_BODY(unsigned int, TCIMType::kUint32, fUint32)
+ZEL_NUMERIC_BODY(int, TCIMType::kSint32, fSint32)
+ZEL_NUMERIC_BODY(unsigned long, TCIMType::kUint64, fUint64)
+ZEL_NUMERIC_BODY(long, TCIMType::kSint64, fSint64)
+ZEL_NUMERIC_BODY(float, TCIMType::kReal32, fReal32)
+ZEL_NUMERIC_BODY(double, TCIMType::kReal64, fReal64)
 #undef ZEL_NUMERIC_BODY
 
 TCIMNumericValueImpl::TCIMNumericValueImpl(TCIMNumericValueImpl const& other)
@@ -187,27 +187,27 @@ bool TCIMArrayValueImpl::operator<(TCIMValue const&) const {
 
 // The value's type names the body's class, so a switch picks the copy: a chain of
 // dynamic_casts cost a tenth of a document load.
-TCIMValueImpl* TCIMValueImpl::Clone(T type) const {
-  if (type & T::kArray)
+TCIMValueImpl* TCIMValueImpl::Clone(TCIMType type) const {
+  if (type & TCIMType::kArray)
     return new TCIMArrayValueImpl(static_cast<TCIMArrayValueImpl const&>(*this));
-  switch (static_cast<T::ECIMType>(type)) {
-  case T::kBoolean:
-  case T::kUint8:
-  case T::kSint8:
-  case T::kUint16:
-  case T::kSint16:
-  case T::kUint32:
-  case T::kSint32:
-  case T::kUint64:
-  case T::kSint64:
-  case T::kReal32:
-  case T::kReal64:
+  switch (static_cast<TCIMType::ECIMType>(type)) {
+  case TCIMType::kBoolean:
+  case TCIMType::kUint8:
+  case TCIMType::kSint8:
+  case TCIMType::kUint16:
+  case TCIMType::kSint16:
+  case TCIMType::kUint32:
+  case TCIMType::kSint32:
+  case TCIMType::kUint64:
+  case TCIMType::kSint64:
+  case TCIMType::kReal32:
+  case TCIMType::kReal64:
     return new TCIMNumericValueImpl(static_cast<TCIMNumericValueImpl const&>(*this));
-  case T::kString:
+  case TCIMType::kString:
     return new TCIMStringValueImpl(static_cast<TCIMStringValueImpl const&>(*this));
-  case T::kDateTime:
+  case TCIMType::kDateTime:
     return new TCIMDateTimeValueImpl(static_cast<TCIMDateTimeValueImpl const&>(*this));
-  case T::kReference:
+  case TCIMType::kReference:
     return new TCIMReferenceValueImpl(static_cast<TCIMReferenceValueImpl const&>(*this));
   default:
     throw TZELException(zelStatusTypeMismatch);

@@ -16,29 +16,29 @@
 /// real64, and returns its answer; any other type throws zelStatusNotImplemented.
 template <class Work>
 auto ZelWithNumericType(TCIMValue::TCIMType::ECIMType type, Work work) {
-  typedef TCIMValue::TCIMType T;
+  typedef TCIMValue::TCIMType TCIMType;
   switch (type) {
-  case T::kBoolean:
+  case TCIMType::kBoolean:
     return work(static_cast<bool*>(0));
-  case T::kUint8:
+  case TCIMType::kUint8:
     return work(static_cast<unsigned char*>(0));
-  case T::kSint8:
+  case TCIMType::kSint8:
     return work(static_cast<signed char*>(0));
-  case T::kUint16:
+  case TCIMType::kUint16:
     return work(static_cast<unsigned short*>(0));
-  case T::kSint16:
+  case TCIMType::kSint16:
     return work(static_cast<short*>(0));
-  case T::kUint32:
+  case TCIMType::kUint32:
     return work(static_cast<unsigned int*>(0));
-  case T::kSint32:
+  case TCIMType::kSint32:
     return work(static_cast<int*>(0));
-  case T::kUint64:
+  case TCIMType::kUint64:
     return work(static_cast<unsigned long*>(0));
-  case T::kSint64:
+  case TCIMType::kSint64:
     return work(static_cast<long*>(0));
-  case T::kReal32:
+  case TCIMType::kReal32:
     return work(static_cast<float*>(0));
-  case T::kReal64:
+  case TCIMType::kReal64:
     return work(static_cast<double*>(0));
   default:
     throw TZELException(zelStatusNotImplemented);

@@ -301,18 +301,18 @@ void TCIMXMLParser::TStateQualifier::EndElement(TCIMXMLParser& parser, std::stri
 // <!ELEMENT PROPERTY.REFERENCE (QUALIFIER*,VALUE.REFERENCE?)>
 // <!ATTLIST PROPERTY.REFERENCE %CIMName; %ReferenceClass; %ClassOrigin; %Propagated;>
 bool TZelPropertyElement::ReadAttributes(const TAttributeMap& attributes) {
-  typedef TCIMXMLParser P;
   bool typed = false;
   for (TAttributeMap::const_iterator a = attributes.begin(); a != attributes.end(); ++a) {
-    if (P::HandleCIMName(a, fName) || P::HandleClassOrigin(a, fClassOrigin) ||
-        P::HandlePropagated(a, fPropagated))
+    if (TCIMXMLParser::HandleCIMName(a, fName) ||
+        TCIMXMLParser::HandleClassOrigin(a, fClassOrigin) ||
+        TCIMXMLParser::HandlePropagated(a, fPropagated))
       continue;
     if (fForm == kZelReferenceProperty)
-      P::HandleReferenceClass(a, fReferenceClass);
-    else if (P::HandleCIMType(a, fType))
+      TCIMXMLParser::HandleReferenceClass(a, fReferenceClass);
+    else if (TCIMXMLParser::HandleCIMType(a, fType))
       typed = true;
     else if (fForm == kZelArrayProperty)
-      P::HandleArraySize(a, fArraySize);
+      TCIMXMLParser::HandleArraySize(a, fArraySize);
   }
   return typed;
 }

@@ -24,7 +24,7 @@
 #include <sstream>
 #include <zlib.h>
 
-typedef TCIMValue::TCIMType T;
+typedef TCIMValue::TCIMType TCIMType;
 
 // Character data: the tokenizer decodes the five named entities and one-byte character
 // references, and takes every other byte as it is (UTF-8 passes through).
@@ -55,8 +55,8 @@ static void AppendAttribute(std::string& out, std::string_view name, const std::
 
 static const char* BoolText(bool value) { return value ? "true" : "false"; }
 
-static T ElementType(const TCIMValue& value) {
-  return T::ECIMType(value.GetType() & ~T::kArray);
+static TCIMType ElementType(const TCIMValue& value) {
+  return TCIMType::ECIMType(value.GetType() & ~TCIMType::kArray);
 }
 
 // Reals with every digit that tells them apart, in the C locale, so that they read back equal.
@@ -71,12 +71,12 @@ static std::string RealText(Real value) {
 
 // The text of one non-NULL scalar, as TCIMValue(type, text, container) parses it.
 static std::string ScalarText(const TCIMValue& value) {
-  switch (static_cast<T::ECIMType>(value.GetType())) {
-  case T::kReal32:
+  switch (static_cast<TCIMType::ECIMType>(value.GetType())) {
+  case TCIMType::kReal32:
     return RealText(static_cast<float>(value));
-  case T::kReal64:
+  case TCIMType::kReal64:
     return RealText(static_cast<double>(value));
-  case T::kDateTime:
+  case TCIMType::kDateTime:
     return static_cast<TCIMDateTime>(value).ToString();
   default:
     return value.ToString(/*radix=*/10);
@@ -104,11 +104,11 @@ static void AppendKeyBindings(std::string& out, const TCIMReference& reference) 
     } else {
       // VALUETYPE and TYPE as the CIM-XML DTD asks; the reader takes the type from the
       // key property's declaration and ignores both.
-      T type = ElementType(key->second);
+      TCIMType type = ElementType(key->second);
       out += "<KEYVALUE";
       AppendAttribute(out, "VALUETYPE",
-                      type == T::kString || type == T::kDateTime ? "string"
-                      : type == T::kBoolean                      ? "boolean"
+                      type == TCIMType::kString || type == TCIMType::kDateTime ? "string"
+                      : type == TCIMType::kBoolean                      ? "boolean"
                                                                  : "numeric");
       AppendAttribute(out, "TYPE", type.ToString());
       out += ">";
@@ -154,7 +154,7 @@ static void AppendQualifierDecl(std::string& out, const TCIMQualifierDecl& decl)
   TCIMValue value = decl.GetValue();
   out += "<QUALIFIER.DECLARATION";
   AppendAttribute(out, "NAME", decl.GetName());
-  AppendAttribute(out, "TYPE", T(ElementType(value)).ToString());
+  AppendAttribute(out, "TYPE", TCIMType(ElementType(value)).ToString());
   AppendAttribute(out, "ISARRAY", BoolText(decl.IsArray()));
   if (value.IsArray() && value.GetMaxArraySize())
     AppendAttribute(out, "ARRAYSIZE", std::to_string(value.GetMaxArraySize()));
@@ -181,7 +181,7 @@ static void AppendQualifiers(std::string& out, const std::vector<TCIMQualifier*>
     TCIMValue value = (*q)->GetValue();
     out += "<QUALIFIER";
     AppendAttribute(out, "NAME", (*q)->GetName());
-    AppendAttribute(out, "TYPE", T(ElementType((*q)->GetDeclaration().GetValue())).ToString());
+    AppendAttribute(out, "TYPE", TCIMType(ElementType((*q)->GetDeclaration().GetValue())).ToString());
     AppendFlavor(out, (*q)->GetFlavor());
     out += ">";
     AppendAnyValue(out, value);
@@ -194,21 +194,21 @@ static void AppendQualifiers(std::string& out, const std::vector<TCIMQualifier*>
 static const char* AppendPropertyStart(std::string& out, const std::string& name,
                                        const TCIMValue& declared) {
   const char* element = "PROPERTY";
-  if (declared.GetType() == T::kReference) {
+  if (declared.GetType() == TCIMType::kReference) {
     element = "PROPERTY.REFERENCE";
   } else if (declared.IsArray()) {
-    if (ElementType(declared) == T::kReference)
+    if (ElementType(declared) == TCIMType::kReference)
       ZelFail(zelStatusNotSupported, "TCIMXMLWriter: reference array " + name + " not supported");
     element = "PROPERTY.ARRAY";
   }
   out += "<";
   out += element;
   AppendAttribute(out, "NAME", name);
-  if (declared.GetType() == T::kReference) {
+  if (declared.GetType() == TCIMType::kReference) {
     if (TCIMClass* referenced = declared.GetReferencedClass())
       AppendAttribute(out, "REFERENCECLASS", referenced->GetName());
   } else {
-    AppendAttribute(out, "TYPE", T(ElementType(declared)).ToString());
+    AppendAttribute(out, "TYPE", TCIMType(ElementType(declared)).ToString());
     if (declared.IsArray() && declared.GetMaxArraySize())
       AppendAttribute(out, "ARRAYSIZE", std::to_string(declared.GetMaxArraySize()));
   }

@@ -43,7 +43,7 @@ TEST_F(ClassTest, OverrideRulesLogAndRefuseOrReplaceInTheSubclassOnly) {
        "class"},
       {fDisk, Overriding(*fDisk, "Caption", TCIMValue(1u)), zelStatusTypeMismatch,
        "Attempt to override property Caption in class Zel_Disk: different types"},
-      {fDisk, Overriding(*fDisk, "SIZE", TCIMValue(T::kUint64, 0)), zelStatusAlreadyExists,
+      {fDisk, Overriding(*fDisk, "SIZE", TCIMValue(TCIMType::kUint64, 0)), zelStatusAlreadyExists,
        "Attempt to override property SIZE in class Zel_Disk: original was defined in this class"},
       {fDisk, new TCIMPropertyDecl("caption", *fDisk, TCIMValue("x")), zelStatusAlreadyExists,
        "Attempt to add property caption to class Zel_Disk: already exists"},
@@ -71,9 +71,9 @@ TEST_F(ClassTest, OverrideRulesLogAndRefuseOrReplaceInTheSubclassOnly) {
 
 TEST_F(ClassTest, ValidationNeedsATrueKeyUnlessAbstract) {
   TCIMClass& noKey = *fContainer.AllocateClass("Zel_NoKey", 0);
-  Property(noKey, "Name", TCIMValue(T::kString, 0));
+  Property(noKey, "Name", TCIMValue(TCIMType::kString, 0));
   Qualify(Property(noKey, "Id", TCIMValue(1u)), fContainer, "KEY", TCIMValue(false));
-  Qualify(noKey, fContainer, "ABSTRACT", TCIMValue(T::kBoolean, 0)); // NULL: not abstract.
+  Qualify(noKey, fContainer, "ABSTRACT", TCIMValue(TCIMType::kBoolean, 0)); // NULL: not abstract.
   EXPECT_ZEL_THROW(noKey.AddToContainer(), zelStatusInvalidClass);
   EXPECT_LOGGED("ZEL_Core: [Error] Class Zel_NoKey has no keys");
   EXPECT_EQ(nullptr, fContainer.FindClass("Zel_NoKey"));
@@ -84,7 +84,7 @@ TEST_F(ClassTest, ValidationNeedsATrueKeyUnlessAbstract) {
   EXPECT_NO_THROW(abstract.AddToContainer());
 
   TCIMClass& keyed = KeyedClass(fContainer, "Zel_Keyed");
-  Property(keyed, "Id", TCIMValue(T::kUint32, 0), true);
+  Property(keyed, "Id", TCIMValue(TCIMType::kUint32, 0), true);
   TCIMClass child(fContainer, "Zel_Child", &keyed);
   EXPECT_NO_THROW(child.Validate()); // Inherited keys count.
   EXPECT_EQ((TNames{"Id", "Name"}), child.EnumerateKeyNames());

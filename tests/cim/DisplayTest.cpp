@@ -8,10 +8,12 @@ namespace {
 typedef std::vector<std::pair<std::string, TCIMValue>> TQualifiers;
 typedef std::vector<const char*> TList;
 
-TCIMValue NullOf(unsigned int type) { return TCIMValue(T(static_cast<T::ECIMType>(type)), 0); }
+TCIMValue NullOf(unsigned int type) {
+  return TCIMValue(TCIMType(static_cast<TCIMType::ECIMType>(type)), 0);
+}
 
 TCIMValue StringArray(TList texts) {
-  return TCIMValue(T(T::kString), 0, std::vector<TCIMValue>(texts.begin(), texts.end()));
+  return TCIMValue(TCIMType(TCIMType::kString), 0, std::vector<TCIMValue>(texts.begin(), texts.end()));
 }
 
 const TCIMValue kHex((unsigned char)16);
@@ -32,9 +34,9 @@ protected:
   DisplayTest() : fClass(*fContainer.AllocateClass("ZEL_Disk", 0)) {
     fContainer.AddClass(fClass);
     std::pair<const char*, unsigned int> decls[] = {
-        {"NULLDISPLAY", T::kString}, {"UNITS", T::kString}, {"DISPLAYFIXEDUNITS", T::kString},
-        {"BASE", T::kUint8}, {"DISPLAYCPUTIME", T::kBoolean}, {"ABBREVIATEUNITS", T::kBoolean},
-        {"ValueMap", T::kString | T::kArray}, {"Values", T::kString | T::kArray}};
+        {"NULLDISPLAY", TCIMType::kString}, {"UNITS", TCIMType::kString}, {"DISPLAYFIXEDUNITS", TCIMType::kString},
+        {"BASE", TCIMType::kUint8}, {"DISPLAYCPUTIME", TCIMType::kBoolean}, {"ABBREVIATEUNITS", TCIMType::kBoolean},
+        {"ValueMap", TCIMType::kString | TCIMType::kArray}, {"Values", TCIMType::kString | TCIMType::kArray}};
     for (const auto& decl : decls)
       Declare(fContainer, decl.first, NullOf(decl.second), 0);
   }
@@ -68,19 +70,19 @@ protected:
 
 TEST_F(DisplayTest, NullTextBaseAndValuesWithoutUnits) {
   Check({
-      {"", NullOf(T::kUint32), {}},
+      {"", NullOf(TCIMType::kUint32), {}},
       // The text wins over units; a NULL text or one that is not a string is no text.
-      {"none", NullOf(T::kUint64), {{"UNITS", "Bytes"}, {"NULLDISPLAY", "none"}}},
-      {"", NullOf(T::kUint32), {{"NULLDISPLAY", NullOf(T::kString)}}},
-      {"", NullOf(T::kUint32), {{"NULLDISPLAY", true}}},
+      {"none", NullOf(TCIMType::kUint64), {{"UNITS", "Bytes"}, {"NULLDISPLAY", "none"}}},
+      {"", NullOf(TCIMType::kUint32), {{"NULLDISPLAY", NullOf(TCIMType::kString)}}},
+      {"", NullOf(TCIMType::kUint32), {{"NULLDISPLAY", true}}},
       {"FF", 255u, {{"BASE", kHex}}},
       // Only a non-NULL uint8 counts as a base.
       {"255", 255u, {{"BASE", (unsigned short)16}}},
-      {"255", 255u, {{"BASE", NullOf(T::kUint8)}}},
+      {"255", 255u, {{"BASE", NullOf(TCIMType::kUint8)}}},
       // Only unsigned integers with a known unit get units; others keep the base.
       {"FF", 255u, {{"BASE", kHex}, {"UNITS", "Watts"}}},
       {"1536", 1536, Units("Bytes")},
-      {"1536", 1536u, {{"UNITS", NullOf(T::kString)}}},
+      {"1536", 1536u, {{"UNITS", NullOf(TCIMType::kString)}}},
       {"1536", 1536ul, Units("kiloBytes")}, // Prefixes are case-sensitive.
   });
 }
@@ -101,7 +103,7 @@ TEST_F(DisplayTest, ScaledUnitsStepThroughThePrefixesOrToTheFixedOne) {
       {"4.9 Bytes", 5000ul, Units("MilliBytes")}, // Sub-unit prefixes climb too.
       // ABBREVIATEUNITS counts whatever its value, false included, but not NULL.
       {"1.5 KB", 1536ul, Units("Bytes", {{"ABBREVIATEUNITS", false}})},
-      {"1.5 KiloBytes", 1536ul, Units("Bytes", {{"ABBREVIATEUNITS", NullOf(T::kBoolean)}})},
+      {"1.5 KiloBytes", 1536ul, Units("Bytes", {{"ABBREVIATEUNITS", NullOf(TCIMType::kBoolean)}})},
       // One decimal in single precision, rounded to even on a tie, ".0" dropped.
       {"1.2 KiloBytes", 1280ul, Units("Bytes")},
       // 16777217 has no float: it shows as its neighbour 16777216.
@@ -125,7 +127,7 @@ TEST_F(DisplayTest, SecondsShowAsAnInterval) {
       // CPU time: total hours, and any non-NULL value asks for it.
       {"27:46:40.250", 100000250ul, Units("MilliSeconds", {{"DISPLAYCPUTIME", false}})},
       {"1 hour 1 minute 1 second ", 3661ul,
-       Units("Seconds", {{"DISPLAYCPUTIME", NullOf(T::kBoolean)}})},
+       Units("Seconds", {{"DISPLAYCPUTIME", NullOf(TCIMType::kBoolean)}})},
   });
   // Kilo and larger prefixes leave the interval NULL, which has no display text.
   EXPECT_ZEL_THROW(Show(TCIMValue(3ul), Units("KiloSeconds")), zelStatusInvalidDateTime);
@@ -140,7 +142,7 @@ TEST_F(DisplayTest, ValueMapsTurnCodesIntoTextsBeforeAnyOtherRule) {
                         {"UNITS", "Bytes"}, {"BASE", kHex}, {"NULLDISPLAY", "-"}};
   Check({{"Other", 1ul, status}, {"DMTF Reserved", 2ul, status},
          {"DMTF Reserved", 32767ul, status}, {"Vendor Reserved", 32768ul, status},
-         {"Four", 4ul, mapped}, {"-", NullOf(T::kUint64), mapped}, {"8 Bytes", 8ul, mapped},
+         {"Four", 4ul, mapped}, {"-", NullOf(TCIMType::kUint64), mapped}, {"8 Bytes", 8ul, mapped},
          // Values alone count from 0; booleans are codes, signed numbers never are.
          {"Yes", true, {{"Values", StringArray({"No", "Yes"})}}},
          {"2", 2u, {{"Values", StringArray({"No", "Yes"})}}},
@@ -150,7 +152,7 @@ TEST_F(DisplayTest, ValueMapsTurnCodesIntoTextsBeforeAnyOtherRule) {
 }
 
 TEST_F(DisplayTest, ValueMapFaultyMapsAreLoggedAndIgnored) {
-  TCIMValue numbers(T(T::kUint8), 0, {TCIMValue((unsigned char)1)});
+  TCIMValue numbers(TCIMType(TCIMType::kUint8), 0, {TCIMValue((unsigned char)1)});
   Check({{"1", 1u, {{"Values", numbers}}},
          {"1", 1u, {{"Values", StringArray({"One"})}, {"ValueMap", numbers}}},
          {"1", 1u, Map({"0", "1"}, {"Zero", "One", "Two"})},
@@ -167,28 +169,28 @@ TEST_F(DisplayTest, ValueMapFaultyMapsAreLoggedAndIgnored) {
               "ZEL_Core: [Warning] Property P5 has a ..<value> VALUEMAP entry after another "
               "entry that ends with ..!"}));
   // NULL values are not looked up, so a faulty map stays silent for them.
-  Show(NullOf(T::kUint32), {{"Values", numbers}});
+  Show(NullOf(TCIMType::kUint32), {{"Values", numbers}});
   EXPECT_EQ(5u, LoggedLines().size());
 }
 
 TEST_F(DisplayTest, ArraysAndPreviousValuesFollowTheSameRules) {
   TQualifiers mapped = {{"ValueMap", StringArray({"1", "3..5"})},
                         {"Values", StringArray({"One", "Three to five"})}, {"BASE", kHex}};
-  TCIMValue codes(T(T::kUint16), 0, {(unsigned short)1, (unsigned short)4, (unsigned short)31});
+  TCIMValue codes(TCIMType(TCIMType::kUint16), 0, {(unsigned short)1, (unsigned short)4, (unsigned short)31});
   TCIMProperty property(Declaration(codes, mapped), codes);
   EXPECT_EQ((TNames{"One", "Three to five", "1F"}), property.ToStringVector());
   EXPECT_EQ("{ 1, 4, 1F }", property.ToString()); // The whole array in one text is not mapped.
   EXPECT_EQ((TNames{"1", "4", "1F"}), property.GetBody()->ToStringVectorWithBase());
-  property.SetPrevValue(TCIMValue(T(T::kUint16), 0, {(unsigned short)1, (unsigned short)3}));
+  property.SetPrevValue(TCIMValue(TCIMType(TCIMType::kUint16), 0, {(unsigned short)1, (unsigned short)3}));
   EXPECT_EQ((TNames{"One", "Three to five"}), property.PrevToStringVector());
   EXPECT_EQ((TNames{"1", "3"}), property.GetBody()->PrevToStringVectorWithBase());
 
   // NULL elements take the NULL text; a NULL array has no elements.
   TQualifiers sized = Units("Bytes", {{"NULLDISPLAY", "?"}});
-  TCIMValue sizes(T(T::kUint64), 0, {TCIMValue(1536ul), NullOf(T::kUint64)});
+  TCIMValue sizes(TCIMType(TCIMType::kUint64), 0, {TCIMValue(1536ul), NullOf(TCIMType::kUint64)});
   TCIMProperty array(Declaration(sizes, sized), sizes);
   EXPECT_EQ((TNames{"1.5 KiloBytes", "?"}), array.ToStringVector());
-  TCIMValue none = NullOf(T::kUint64 | T::kArray);
+  TCIMValue none = NullOf(TCIMType::kUint64 | TCIMType::kArray);
   TCIMProperty nulled(Declaration(none, sized), none);
   EXPECT_EQ(TNames{}, nulled.ToStringVector());
   EXPECT_EQ("?", nulled.ToString());

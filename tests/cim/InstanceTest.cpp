@@ -4,9 +4,9 @@
 class InstanceTest : public SchemaTest {
 protected:
   InstanceTest() : fMixed(*fContainer.AllocateClass("Zel_Mixed", 0)) {
-    Property(*fDisk, "DateTimeOfCollection", TCIMValue(T::kDateTime, 0));
-    Property(fMixed, "alpha", TCIMValue(T::kString, 0), true);
-    Property(fMixed, "Beta", TCIMValue(T::kUint32, 0), true);
+    Property(*fDisk, "DateTimeOfCollection", TCIMValue(TCIMType::kDateTime, 0));
+    Property(fMixed, "alpha", TCIMValue(TCIMType::kString, 0), true);
+    Property(fMixed, "Beta", TCIMValue(TCIMType::kUint32, 0), true);
     fMixed.AddToContainer();
   }
 
@@ -58,7 +58,7 @@ TEST_F(InstanceTest, RenamedDeclarationsAreHeldUnderTheirNewNames) {
   std::vector<const TCIMProperty*> properties = clashing.EnumerateProperties();
   ASSERT_EQ(1u, properties.size());
   EXPECT_EQ("alpha", properties[0]->GetName());
-  EXPECT_EQ(T::kString, clashing.GetProperty("Alpha").GetType());
+  EXPECT_EQ(TCIMType::kString, clashing.GetProperty("Alpha").GetType());
   EXPECT_EQ(nullptr, clashing.FindProperty("Aardvark"));
 }
 

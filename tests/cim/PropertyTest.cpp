@@ -5,7 +5,7 @@ class PropertyTest : public SchemaTest {
 protected:
   PropertyTest()
       : fCount(&Property(*fSystem, "Count", TCIMValue(7u))),
-        fBytes(&Property(*fSystem, "Bytes", TCIMValue(T::kUint8, 4))),
+        fBytes(&Property(*fSystem, "Bytes", TCIMValue(TCIMType::kUint8, 4))),
         fTarget(&fLink->GetPropertyDecl("Part")) {}
 
   TCIMPropertyDecl *fCount, *fBytes, *fTarget;
@@ -20,7 +20,7 @@ TEST_F(PropertyTest, DefaultUntilAValueIsSetPreviousValueUntilOneIsSet) {
   EXPECT_EQ(9u, static_cast<unsigned int>(count.GetValue()));
   EXPECT_EQ(7u, static_cast<unsigned int>(fCount->GetValue())); // The default is untouched.
   // A NULL array default still makes an array property.
-  EXPECT_EQ(T::kUint8 | T::kArray, TCIMProperty(*fBytes).GetType());
+  EXPECT_EQ(TCIMType::kUint8 | TCIMType::kArray, TCIMProperty(*fBytes).GetType());
 
   // The previous value is the value until one is set.
   count = TCIMProperty(*fCount, TCIMValue(9u));
@@ -31,7 +31,7 @@ TEST_F(PropertyTest, DefaultUntilAValueIsSetPreviousValueUntilOneIsSet) {
   EXPECT_EQ(3u, static_cast<unsigned int>(count.GetPrevValue()));
   count.SetPrevValue(); // Did not exist before.
   EXPECT_TRUE(count.GetPrevValue().IsNull() && !count.GetValue().IsNull());
-  count.SetPrevValue(TCIMValue(T::kString, 0)); // A NULL of any type is accepted.
+  count.SetPrevValue(TCIMValue(TCIMType::kString, 0)); // A NULL of any type is accepted.
   EXPECT_TRUE(count.GetPrevValue().IsNull());
 }
 
@@ -39,7 +39,7 @@ TEST_F(PropertyTest, TypesMustMatchExactly) {
   TCIMProperty count(*fCount, TCIMValue(9u));
   EXPECT_ZEL_THROW(count.SetValue(TCIMValue((unsigned short)9)), zelStatusTypeMismatch);
   EXPECT_LOGGED("ZEL_Core: [Error] SetValue: decl is type uint32 but value is type uint16");
-  EXPECT_ZEL_THROW(count.SetValue(TCIMValue(T::kString, 0)), zelStatusTypeMismatch); // NULL too.
+  EXPECT_ZEL_THROW(count.SetValue(TCIMValue(TCIMType::kString, 0)), zelStatusTypeMismatch); // NULL too.
   EXPECT_ZEL_THROW(count.SetPrevValue(TCIMValue("9")), zelStatusTypeMismatch);
   EXPECT_LOGGED("ZEL_Core: [Error] SetPrevValue: decl is type uint32 but value is type string");
   EXPECT_FALSE(count.IsPrevValueDifferent()); // Both left as they were.
@@ -48,7 +48,7 @@ TEST_F(PropertyTest, TypesMustMatchExactly) {
   TCIMProperty bytes(*fBytes);
   EXPECT_ZEL_THROW(bytes.SetValue(TCIMValue((unsigned char)1)), zelStatusTypeMismatch);
   EXPECT_LOGGED("ZEL_Core: [Error] SetValue: decl is type uint8 but value is type uint8");
-  bytes.SetValue(TCIMValue(T::kUint8, 4, {(unsigned char)1, (unsigned char)255}));
+  bytes.SetValue(TCIMValue(TCIMType::kUint8, 4, {(unsigned char)1, (unsigned char)255}));
   EXPECT_EQ("{ 1, 255 }", bytes.GetValue().ToString(10));
 }
 
@@ -58,7 +58,7 @@ TEST_F(PropertyTest, ReferencesMustPointAtTheDeclaredClassOrBelow) {
   EXPECT_ZEL_THROW(target.SetValue(Pointing(*fDevice)), zelStatusTypeMismatch);
   EXPECT_LOGGED("ZEL_Core: [Error] SetValue: decl references type Zel_Disk but value "
                 "references Zel_Device");
-  EXPECT_ZEL_THROW(target.SetValue(TCIMValue(T::kReference, 0)), zelStatusTypeMismatch);
+  EXPECT_ZEL_THROW(target.SetValue(TCIMValue(TCIMType::kReference, 0)), zelStatusTypeMismatch);
   EXPECT_LOGGED("ZEL_Core: [Error] SetValue: decl references type Zel_Disk but value "
                 "references ");
 

@@ -12,15 +12,15 @@ TEST_F(QualifierTest, DeclarationFlavorsTypeAndUncheckedScope) {
   EXPECT_TRUE(empty.GetName().empty() && empty.GetScope() == 0 && empty.GetFlavor() == 0);
   EXPECT_NO_THROW(empty.Validate());
 
-  TCIMQualifierDecl units(fContainer, "Units", TCIMValue(T::kString, 3), D::eProperty,
+  TCIMQualifierDecl units(fContainer, "Units", TCIMValue(TCIMType::kString, 3), D::eProperty,
                           Flavors(D::eTranslatable));
-  EXPECT_EQ(T::kString | T::kArray, units.GetType());
+  EXPECT_EQ(TCIMType::kString | TCIMType::kArray, units.GetType());
   units.SetFlavor(Flavors(D::eOverridable | D::eToSubclass));
   EXPECT_EQ(D::eOverridable | D::eToSubclass | D::eTranslatable, units.GetFlavor());
   units.UnsetFlavor(Flavors(D::eTranslatable | D::eOverridable));
   EXPECT_EQ(D::eToSubclass, units.GetFlavor());
   units.SetValue(TCIMValue("Bytes"));
-  EXPECT_EQ(T::kString, units.GetType());
+  EXPECT_EQ(TCIMType::kString, units.GetType());
 
   // The scope is never checked: a class qualifier may qualify a property.
   ASSERT_EQ(D::eClass, Declare(fContainer, "ClassOnly", TCIMValue(true), 0).GetScope());
@@ -48,7 +48,7 @@ TEST_F(QualifierTest, QualifierTakesFlavorsAndCopiesDeeply) {
 
   TCIMQualifier own(description, TCIMValue((unsigned char)5), Flavors(D::eTranslatable));
   EXPECT_EQ(D::eTranslatable, own.GetFlavor());
-  EXPECT_EQ(T::kUint8, own.GetType()); // Its own value's type, unchecked against the string.
+  EXPECT_EQ(TCIMType::kUint8, own.GetType()); // Its own value's type, unchecked against the string.
 
   inherited.SetPropagated(true);
   TCIMQualifier copy(inherited);
@@ -74,7 +74,7 @@ TEST_F(QualifierTest, EveryChangeClearsThePropagatedMark) {
 
 TEST_F(QualifierTest, ClassesAndPropertyDeclarationsApplyTheOverrideRule) {
   TCIMClass cls(fContainer, "Zel_Holder", 0);
-  ICIMAllowQualifiers* holders[] = {&cls, &Property(cls, "Name", TCIMValue(T::kString, 0))};
+  ICIMAllowQualifiers* holders[] = {&cls, &Property(cls, "Name", TCIMValue(TCIMType::kString, 0))};
   TCIMQualifierDecl& key = *fContainer.GetQualifierDecl("KEY");
   TCIMQualifierDecl& description = *fContainer.GetQualifierDecl("Description");
   for (ICIMAllowQualifiers* holder : holders) {

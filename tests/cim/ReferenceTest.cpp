@@ -8,10 +8,10 @@
 class ReferenceTest : public SchemaTest {
 protected:
   ReferenceTest() : fFoo(fContainer.AllocateClass("Foo", 0)) {
-    Property(*fFoo, "Name", TCIMValue(T::kString, 0), true);
-    Property(*fFoo, "Id", TCIMValue(T::kUint32, 0), true);
-    Property(*fFoo, "Caption", TCIMValue(T::kString, 0));
-    TCIMPropertyDecl& slot = Property(*fFoo, "Slot", TCIMValue(T::kUint32, 0));
+    Property(*fFoo, "Name", TCIMValue(TCIMType::kString, 0), true);
+    Property(*fFoo, "Id", TCIMValue(TCIMType::kUint32, 0), true);
+    Property(*fFoo, "Caption", TCIMValue(TCIMType::kString, 0));
+    TCIMPropertyDecl& slot = Property(*fFoo, "Slot", TCIMValue(TCIMType::kUint32, 0));
     Qualify(slot, fContainer, "KEY", TCIMValue(false));
     fFoo->AddToContainer();
   }
@@ -104,7 +104,7 @@ TEST_F(ReferenceTest, ReferenceValuesResolveFirst) {
 
   TCIMValue number(5u);
   EXPECT_ZEL_THROW(number.Set(FooPath("zz", 9)), zelStatusNotFound);
-  EXPECT_TRUE(number.IsNull() && number.GetType() == T::kReference);
+  EXPECT_TRUE(number.IsNull() && number.GetType() == TCIMType::kReference);
   EXPECT_ZEL_THROW(static_cast<TCIMReference>(number), zelStatusValueIsNULL);
   EXPECT_ZEL_THROW(static_cast<TCIMReference>(TCIMValue(1u)), zelStatusTypeMismatch);
 
@@ -115,7 +115,7 @@ TEST_F(ReferenceTest, ReferenceValuesResolveFirst) {
   EXPECT_ZEL_THROW(TCIMValue{TCIMReference(&fContainer)}, zelStatusInvalidReference);
 
   std::string text = "Foo.Id=\"3\",Name=\"a\"";
-  EXPECT_ZEL_THROW(TCIMValue(T::kReference, text, fContainer), zelStatusNotImplemented);
+  EXPECT_ZEL_THROW(TCIMValue(TCIMType::kReference, text, fContainer), zelStatusNotImplemented);
 }
 
 TEST_F(ReferenceTest, CFunctionsBuildReferencesWithKeysOfEveryType) {
@@ -152,10 +152,10 @@ TEST_F(ReferenceTest, CFunctionsBuildReferencesWithKeysOfEveryType) {
 
   TCIMClass& wide = *fContainer.AllocateClass("Zel_Wide", 0);
   Qualify(wide, fContainer, "ASSOCIATION", TCIMValue(true));
-  std::pair<const char*, T::ECIMType> keys[] = {
-      {"B", T::kBoolean},  {"U8", T::kUint8},   {"S8", T::kSint8},   {"S32", T::kSint32},
-      {"U64", T::kUint64}, {"S64", T::kSint64}, {"Str", T::kString}, {"Stamp", T::kDateTime},
-      {"U16", T::kUint16}, {"S16", T::kSint16}, {"U32", T::kUint32}};
+  std::pair<const char*, TCIMType::ECIMType> keys[] = {
+      {"B", TCIMType::kBoolean},  {"U8", TCIMType::kUint8},   {"S8", TCIMType::kSint8},   {"S32", TCIMType::kSint32},
+      {"U64", TCIMType::kUint64}, {"S64", TCIMType::kSint64}, {"Str", TCIMType::kString}, {"Stamp", TCIMType::kDateTime},
+      {"U16", TCIMType::kUint16}, {"S16", TCIMType::kSint16}, {"U32", TCIMType::kUint32}};
   for (const auto& key : keys)
     Property(wide, key.first, TCIMValue(key.second, 0), true);
   Property(wide, "Link", Pointing(*fFoo), true);

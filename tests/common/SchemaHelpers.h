@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-typedef TCIMValue::TCIMType T;
+typedef TCIMValue::TCIMType TCIMType;
 typedef TCIMQualifierDecl D;
 typedef std::vector<std::string> TNames;
 
@@ -55,7 +55,7 @@ inline TCIMPropertyDecl& Property(TCIMClass& cls, const std::string& name,
 }
 
 inline TCIMValue Pointing(TCIMClass& cls) {
-  TCIMValue value(T::kReference, 0);
+  TCIMValue value(TCIMType::kReference, 0);
   value.SetReferencedClass(cls);
   return value;
 }
@@ -65,7 +65,7 @@ inline TCIMClass& KeyedClass(TContainer& container, const std::string& name,
                              TCIMClass* superclass = 0) {
   TCIMClass& cls = *container.AllocateClass(name, superclass);
   if (!superclass)
-    Property(cls, "Name", TCIMValue(T::kString, 0), true);
+    Property(cls, "Name", TCIMValue(TCIMType::kString, 0), true);
   cls.AddToContainer();
   return cls;
 }
@@ -114,11 +114,11 @@ protected:
     Qualify(*fElement, fContainer, "Description", TCIMValue("root of all"));
     fElement->AddToContainer();
     fDevice = fContainer.AllocateClass("Zel_Device", fElement);
-    Property(*fDevice, "Name", TCIMValue(T::kString, 0), true);
+    Property(*fDevice, "Name", TCIMValue(TCIMType::kString, 0), true);
     Property(*fDevice, "Caption", TCIMValue("none"));
     fDevice->AddToContainer();
     fDisk = fContainer.AllocateClass("Zel_Disk", fDevice);
-    Property(*fDisk, "Size", TCIMValue(T::kUint64, 0));
+    Property(*fDisk, "Size", TCIMValue(TCIMType::kUint64, 0));
     fDisk->AddToContainer();
     fSubDisk = &KeyedClass(fContainer, "Zel_SubDisk", fDisk);
     fSystem = &KeyedClass(fContainer, "Zel_System");

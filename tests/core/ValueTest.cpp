@@ -12,18 +12,18 @@
 #include <sstream>
 #include <utility>
 
-typedef TCIMValue::TCIMType T;
+typedef TCIMValue::TCIMType TCIMType;
 
 namespace {
 
 // Values only point to their classes: real ones, never registered.
 class ValueTest : public ZelTest {
 protected:
-  TCIMValue Parse(T type, std::string text) { return TCIMValue(type, text, fContainer); }
+  TCIMValue Parse(TCIMType type, std::string text) { return TCIMValue(type, text, fContainer); }
 
   // Stream extraction itself is the reference: every odd text must read the same.
   template <class Native, class Read = Native>
-  void ExpectReadAsStream(T type, std::string const& text) {
+  void ExpectReadAsStream(TCIMType type, std::string const& text) {
     std::istringstream in(text);
     Read expected = Read();
     in >> std::boolalpha >> expected;
@@ -70,25 +70,25 @@ TEST_F(ValueTest, EachNativeTypeHasItsCIMTypeNameOneAccessorAndItsTexts) {
   for (Row& row : rows) {
     SCOPED_TRACE(row.type);
     EXPECT_EQ(row.value.GetType().ToString(), row.type);
-    EXPECT_EQ(T(std::string(row.type)), row.value.GetType());
+    EXPECT_EQ(TCIMType(std::string(row.type)), row.value.GetType());
     EXPECT_EQ(row.value.ToString(10), row.decimal);
     EXPECT_TRUE(Parse(row.value.GetType(), row.decimal) == row.value); // Text reads back.
     if (row.hex)
       EXPECT_EQ(row.value.ToString(16), row.hex);
     else
       EXPECT_ZEL_THROW(row.value.ToString(16), zelStatusNotSupported);
-    if (row.value.GetType() <= T::kReal64) // Booleans too refuse other radices.
+    if (row.value.GetType() <= TCIMType::kReal64) // Booleans too refuse other radices.
       EXPECT_ZEL_THROW(row.value.ToString(2), zelStatusNotSupported);
   }
   EXPECT_EQ(TCIMValue(255u).ToString(8), "377");
   // Names read case-insensitively and print without the array bit.
-  EXPECT_EQ(T("UINT16"), T::kUint16);
+  EXPECT_EQ(TCIMType("UINT16"), TCIMType::kUint16);
   for (char const* bad : {"char", "reference", "uint8 ", "", "\xc9uint8"})
-    EXPECT_ZEL_THROW(T{std::string(bad)}, zelStatusTypeMismatch);
-  EXPECT_EQ(T(T::kChar).ToString(), "char");
-  EXPECT_ZEL_THROW(T().ToString(), zelStatusTypeMismatch);
+    EXPECT_ZEL_THROW(TCIMType{std::string(bad)}, zelStatusTypeMismatch);
+  EXPECT_EQ(TCIMType(TCIMType::kChar).ToString(), "char");
+  EXPECT_ZEL_THROW(TCIMType().ToString(), zelStatusTypeMismatch);
   std::ostringstream out;
-  out << T(static_cast<T::ECIMType>(T::kString | T::kArray));
+  out << TCIMType(static_cast<TCIMType::ECIMType>(TCIMType::kString | TCIMType::kArray));
   EXPECT_EQ(out.str(), "string");
 
   // Access is strict: only the accessor of the exact type answers, with no widening or
@@ -104,21 +104,21 @@ TEST_F(ValueTest, EachNativeTypeHasItsCIMTypeNameOneAccessorAndItsTexts) {
 }
 
 TEST_F(ValueTest, NullValuesKeepTheirTypeAndAreReportedBeforeIt) {
-  TCIMValue scalar(T::kUint8, 0), array(T::kUint8, 5);
+  TCIMValue scalar(TCIMType::kUint8, 0), array(TCIMType::kUint8, 5);
   EXPECT_EQ(array.GetType(), 18);
   EXPECT_EQ(array.GetMaxArraySize(), 5u);
-  EXPECT_TRUE(TCIMValue(T::kReference, 0).IsReference());
-  EXPECT_FALSE(TCIMValue(T::kReference, 3).IsReference());
+  EXPECT_TRUE(TCIMValue(TCIMType::kReference, 0).IsReference());
+  EXPECT_FALSE(TCIMValue(TCIMType::kReference, 3).IsReference());
 
   EXPECT_ZEL_THROW(static_cast<unsigned char>(scalar), zelStatusValueIsNULL);
-  EXPECT_ZEL_THROW(static_cast<int>(TCIMValue(T::kString, 0)), zelStatusValueIsNULL);
+  EXPECT_ZEL_THROW(static_cast<int>(TCIMValue(TCIMType::kString, 0)), zelStatusValueIsNULL);
   EXPECT_ZEL_THROW((void)static_cast<std::vector<TCIMValue>&>(array), zelStatusValueIsNULL);
   EXPECT_ZEL_THROW(scalar.ToString(2), zelStatusValueIsNULL);
 }
 
 TEST_F(ValueTest, ArraysPrintTheirElementsAndRefuseForeignOnes) {
-  EXPECT_EQ(TCIMValue(T::kUint8, 0, Elements({})).ToString(10), "{  }");
-  TCIMValue wide(T::kUint32, 1, Elements({255u, 16u}));
+  EXPECT_EQ(TCIMValue(TCIMType::kUint8, 0, Elements({})).ToString(10), "{  }");
+  TCIMValue wide(TCIMType::kUint32, 1, Elements({255u, 16u}));
   EXPECT_EQ(wide.ToString(16), "{ FF, 10 }");
   std::vector<TCIMValue>& elements = wide; // Modifiable in place.
   elements[1] = TCIMValue(9u);
@@ -127,7 +127,7 @@ TEST_F(ValueTest, ArraysPrintTheirElementsAndRefuseForeignOnes) {
   EXPECT_ZEL_THROW(static_cast<unsigned int>(wide), zelStatusTypeMismatch);
 
   TCIMValue value;
-  EXPECT_ZEL_THROW(value.Set(T::kUint8, 3, Elements({U8(1), TCIMValue(1.5f), "x"})),
+  EXPECT_ZEL_THROW(value.Set(TCIMType::kUint8, 3, Elements({U8(1), TCIMValue(1.5f), "x"})),
                    zelStatusInvalidProperty);
   EXPECT_EQ(LoggedLines(), std::vector<std::string>{"ZEL_Core: [Error] ERROR: Attempting to "
                                                     "create array of type uint8, but element "
@@ -139,10 +139,10 @@ TEST_F(ValueTest, ArraysPrintTheirElementsAndRefuseForeignOnes) {
 
 TEST_F(ValueTest, ScalarSettersReplaceTypeAndBodyButKeepClassAndSize) {
   TCIMClass& someClass = fOne;
-  TCIMValue value(T::kUint8, 4);
+  TCIMValue value(TCIMType::kUint8, 4);
   value.SetReferencedClass(someClass);
   value.Set(TCIMDateTime(0, 0, 0, 1, 0));
-  EXPECT_EQ(value.GetType(), T::kDateTime);
+  EXPECT_EQ(value.GetType(), TCIMType::kDateTime);
   EXPECT_EQ(value.GetReferencedClass(), &someClass);
   EXPECT_EQ(value.GetMaxArraySize(), 4u);
 
@@ -152,21 +152,21 @@ TEST_F(ValueTest, ScalarSettersReplaceTypeAndBodyButKeepClassAndSize) {
   EXPECT_EQ(value.GetReferencedClass(), &someClass);
 
   // SetNullValue takes the size only for an array type.
-  value.SetNullValue(T::kUint16, 9);
+  value.SetNullValue(TCIMType::kUint16, 9);
   EXPECT_TRUE(value.IsNull());
-  EXPECT_EQ(value.GetType(), T::kUint16);
+  EXPECT_EQ(value.GetType(), TCIMType::kUint16);
   EXPECT_EQ(value.GetMaxArraySize(), 4u);
-  value.SetNullValue(static_cast<T::ECIMType>(T::kUint16 | T::kArray), 9);
+  value.SetNullValue(static_cast<TCIMType::ECIMType>(TCIMType::kUint16 | TCIMType::kArray), 9);
   EXPECT_EQ(value.GetMaxArraySize(), 9u);
 }
 
 // Numbers and booleans: below. Strings are kept whole; other types are refused.
 TEST_F(ValueTest, TextOfAStringIsKeptWholeOtherTypesAreRefused) {
-  EXPECT_EQ(Parse(T::kString, " a b ").ToString(10), " a b ");
-  EXPECT_ZEL_THROW(Parse(T::kChar, "1"), zelStatusTypeMismatch);
-  EXPECT_ZEL_THROW(Parse(static_cast<T::ECIMType>(T::kUint8 | T::kArray), "1"),
+  EXPECT_EQ(Parse(TCIMType::kString, " a b ").ToString(10), " a b ");
+  EXPECT_ZEL_THROW(Parse(TCIMType::kChar, "1"), zelStatusTypeMismatch);
+  EXPECT_ZEL_THROW(Parse(static_cast<TCIMType::ECIMType>(TCIMType::kUint8 | TCIMType::kArray), "1"),
                    zelStatusTypeMismatch);
-  EXPECT_ZEL_THROW(Parse(T::kDateTime, "1"), zelStatusInvalidDateTime);
+  EXPECT_ZEL_THROW(Parse(TCIMType::kDateTime, "1"), zelStatusInvalidDateTime);
 }
 
 TEST_F(ValueTest, NumbersAndBooleansReadExactlyAsStreamExtractionReadsThem) {
@@ -183,27 +183,27 @@ TEST_F(ValueTest, NumbersAndBooleansReadExactlyAsStreamExtractionReadsThem) {
       "3.40282347e+38", "3.5e38", "-3.5e38", "1e-46", "1e-40", "1e308", "1.8e308", "-1.8e308",
       "1e-400", "4.9e-324", "1e-310", "123456789012345678901234567890.5e-20"};
   for (char const* text : texts) {
-    ExpectReadAsStream<bool>(T::kBoolean, text);
-    ExpectReadAsStream<unsigned char, unsigned int>(T::kUint8, text);
-    ExpectReadAsStream<signed char, int>(T::kSint8, text);
-    ExpectReadAsStream<unsigned short>(T::kUint16, text);
-    ExpectReadAsStream<short>(T::kSint16, text);
-    ExpectReadAsStream<unsigned int>(T::kUint32, text);
-    ExpectReadAsStream<int>(T::kSint32, text);
-    ExpectReadAsStream<unsigned long>(T::kUint64, text);
-    ExpectReadAsStream<long>(T::kSint64, text);
-    ExpectReadAsStream<float>(T::kReal32, text);
-    ExpectReadAsStream<double>(T::kReal64, text);
+    ExpectReadAsStream<bool>(TCIMType::kBoolean, text);
+    ExpectReadAsStream<unsigned char, unsigned int>(TCIMType::kUint8, text);
+    ExpectReadAsStream<signed char, int>(TCIMType::kSint8, text);
+    ExpectReadAsStream<unsigned short>(TCIMType::kUint16, text);
+    ExpectReadAsStream<short>(TCIMType::kSint16, text);
+    ExpectReadAsStream<unsigned int>(TCIMType::kUint32, text);
+    ExpectReadAsStream<int>(TCIMType::kSint32, text);
+    ExpectReadAsStream<unsigned long>(TCIMType::kUint64, text);
+    ExpectReadAsStream<long>(TCIMType::kSint64, text);
+    ExpectReadAsStream<float>(TCIMType::kReal32, text);
+    ExpectReadAsStream<double>(TCIMType::kReal64, text);
   }
 }
 
 TEST_F(ValueTest, EqualityAndOrderGoByNullThenTypeThenBody) {
   ScopedTimeZone zone("UTC0");
-  TCIMValue toOne(T::kReference, 0), toOther(T::kReference, 0), toOneAgain(T::kReference, 0);
+  TCIMValue toOne(TCIMType::kReference, 0), toOther(TCIMType::kReference, 0), toOneAgain(TCIMType::kReference, 0);
   toOne.SetReferencedClass(fOne);
   toOneAgain.SetReferencedClass(fOne);
   toOther.SetReferencedClass(fTwo);
-  TCIMValue pair(T::kSint16, 0, Elements({S16(1), S16(2)}));
+  TCIMValue pair(TCIMType::kSint16, 0, Elements({S16(1), S16(2)}));
   TCIMValue nan(std::nan("")), withNul(std::string("a\0b", 3));
   struct Row {
     char const* what;
@@ -212,12 +212,12 @@ TEST_F(ValueTest, EqualityAndOrderGoByNullThenTypeThenBody) {
     int less; // -1: the pair cannot be ordered.
   };
   Row const rows[] = {
-      {"NULLs of one type", TCIMValue(T::kUint8, 0), TCIMValue(T::kUint8, 0), true, 0},
-      {"NULLs of two types", TCIMValue(T::kUint8, 0), TCIMValue(T::kUint16, 0), false, 0},
-      {"NULL arrays of two bounds", TCIMValue(T::kUint8, 4), TCIMValue(T::kUint8, 5), false, 0},
+      {"NULLs of one type", TCIMValue(TCIMType::kUint8, 0), TCIMValue(TCIMType::kUint8, 0), true, 0},
+      {"NULLs of two types", TCIMValue(TCIMType::kUint8, 0), TCIMValue(TCIMType::kUint16, 0), false, 0},
+      {"NULL arrays of two bounds", TCIMValue(TCIMType::kUint8, 4), TCIMValue(TCIMType::kUint8, 5), false, 0},
       {"NULL references to one class", toOne, toOneAgain, true, 0},
       {"NULL references to two classes", toOne, toOther, false, 0},
-      {"NULL before a value", TCIMValue(T::kUint8, 0), U8(0), false, 1},
+      {"NULL before a value", TCIMValue(TCIMType::kUint8, 0), U8(0), false, 1},
       {"uint8 before any string", U8(255), TCIMValue(""), false, 1},
       {"sint32 after uint32", TCIMValue(1), TCIMValue(1u), false, 0},
       {"uint8 unsigned", U8(100), U8(200), false, 1},
@@ -233,9 +233,9 @@ TEST_F(ValueTest, EqualityAndOrderGoByNullThenTypeThenBody) {
       {"embedded NUL", withNul, TCIMValue("a"), false, 0},
       {"timestamps as instants", TCIMValue(TCIMDateTime("20031107153000.000000+000")),
        TCIMValue(TCIMDateTime("20031107163000.000000+060")), true, 0},
-      {"arrays whatever their bounds", pair, TCIMValue(T::kSint16, 7, Elements({S16(1), S16(2)})),
+      {"arrays whatever their bounds", pair, TCIMValue(TCIMType::kSint16, 7, Elements({S16(1), S16(2)})),
        true, -1},
-      {"other elements", pair, TCIMValue(T::kSint16, 0, Elements({S16(1)})), false, -1},
+      {"other elements", pair, TCIMValue(TCIMType::kSint16, 0, Elements({S16(1)})), false, -1},
   };
   for (Row const& row : rows) {
     SCOPED_TRACE(row.what);
@@ -252,7 +252,7 @@ TEST_F(ValueTest, EqualityAndOrderGoByNullThenTypeThenBody) {
 }
 
 TEST_F(ValueTest, CopiesAreDeepUnlessTheSourceIsEqualAndMayComeFromTheOwnElements) {
-  TCIMValue original(T::kString, 0, Elements({"a", "b"}));
+  TCIMValue original(TCIMType::kString, 0, Elements({"a", "b"}));
   TCIMValue copy(original), assigned;
   assigned = original;
   static_cast<std::vector<TCIMValue>&>(original)[0].Set("changed");
@@ -260,33 +260,33 @@ TEST_F(ValueTest, CopiesAreDeepUnlessTheSourceIsEqualAndMayComeFromTheOwnElement
   EXPECT_EQ(copy.ToString(10), "{ a, b }");
   EXPECT_EQ(assigned.ToString(10), "{ a, b }");
 
-  TCIMValue reference(T::kReference, 0);
+  TCIMValue reference(TCIMType::kReference, 0);
   reference.SetReferencedClass(fThree);
   EXPECT_EQ(TCIMValue(reference).GetReferencedClass(), &fThree);
 
   // An equal source leaves the target's class and bound as they were.
-  TCIMValue target(T::kUint8, 5);
+  TCIMValue target(TCIMType::kUint8, 5);
   target.SetReferencedClass(fOne);
-  target.Set(T::kUint8, 5, Elements({U8(1)}));
-  target = TCIMValue(T::kUint8, 9, Elements({U8(1)}));
+  target.Set(TCIMType::kUint8, 5, Elements({U8(1)}));
+  target = TCIMValue(TCIMType::kUint8, 9, Elements({U8(1)}));
   EXPECT_EQ(target.GetMaxArraySize(), 5u);
   EXPECT_EQ(target.GetReferencedClass(), &fOne);
-  target = TCIMValue(T::kUint8, 9, Elements({U8(2)}));
+  target = TCIMValue(TCIMType::kUint8, 9, Elements({U8(2)}));
   EXPECT_EQ(target.GetMaxArraySize(), 9u);
   EXPECT_EQ(target.ToString(10), "{ 2 }");
 
   // Untyped and char values cannot be copied; the target is left an untyped NULL.
   EXPECT_ZEL_THROW(target = TCIMValue(), zelStatusTypeMismatch);
   EXPECT_TRUE(target.IsNull());
-  EXPECT_EQ(target.GetType(), T::kNull);
-  TCIMValue charValue(T::kChar, 0);
+  EXPECT_EQ(target.GetType(), TCIMType::kNull);
+  TCIMValue charValue(TCIMType::kChar, 0);
   EXPECT_ZEL_THROW(TCIMValue copy(charValue), zelStatusTypeMismatch);
-  TCIMValue charArray(T::kChar, 2);
+  TCIMValue charArray(TCIMType::kChar, 2);
   EXPECT_EQ(TCIMValue(charArray).GetMaxArraySize(), 2u); // An array copies its bound only.
 
   // A value can be set from its own elements.
-  TCIMValue value(T::kUint8, 0, Elements({U8(1), U8(2)}));
-  value.Set(T::kUint8, 5, static_cast<std::vector<TCIMValue>&>(value));
+  TCIMValue value(TCIMType::kUint8, 0, Elements({U8(1), U8(2)}));
+  value.Set(TCIMType::kUint8, 5, static_cast<std::vector<TCIMValue>&>(value));
   EXPECT_EQ(value.ToString(10), "{ 1, 2 }");
   TCIMValue same(value);
   value = static_cast<std::vector<TCIMValue>&>(value)[1];

@@ -130,7 +130,7 @@ TEST_F(SchemaHelperTest, MissingComputerSystemOrPropertyIsLoggedAtDebug) {
 
 TEST_F(SchemaHelperTest, ProductNameAndSerialMustBeStrings) {
   TLogger::GetInstance()->SetLogThreshold(zelLogDebug);
-  TCIMValue const nullText(T::kString, 0);
+  TCIMValue const nullText(TCIMType::kString, 0);
   struct {
     TCIMValue productName, serialNumber;
     char const *productLine, *serialLine;

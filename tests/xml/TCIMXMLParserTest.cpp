@@ -295,46 +295,46 @@ TEST_F(CIMXMLParserTest, ElementNamesOfAnyLengthAreLowered) {
 // The reader's own number and word conversion must give what the value's text constructor
 // (stream extraction) gives, for every odd text.
 TEST_F(CIMXMLParserTest, ParseValueReadsLikeTheValueTextConstructor) {
-  typedef TCIMValue::TCIMType T;
+  typedef TCIMValue::TCIMType TCIMType;
   TCIMXMLParser parser(&fContainer);
   char const* texts[] = {" \t\n42", "42abc", "12.5", "-1", "", "x", "256", "-129", "65536",
                          "4294967296", "-2147483649", "18446744073709551615",
                          "-9223372036854775808", "TRUE", " true", "1e3", "0x10", "00042"};
-  for (T::ECIMType type : {T::kBoolean, T::kUint8, T::kSint8, T::kUint16, T::kSint16,
-                           T::kUint32, T::kSint32, T::kUint64, T::kSint64, T::kReal32,
-                           T::kReal64, T::kString}) {
+  for (TCIMType::ECIMType type : {TCIMType::kBoolean, TCIMType::kUint8, TCIMType::kSint8, TCIMType::kUint16, TCIMType::kSint16,
+                           TCIMType::kUint32, TCIMType::kSint32, TCIMType::kUint64, TCIMType::kSint64, TCIMType::kReal32,
+                           TCIMType::kReal64, TCIMType::kString}) {
     for (char const* word : texts) {
       std::string text = word, again = word;
-      TCIMValue expected(T(type), again, fContainer);
-      EXPECT_TRUE(parser.ParseValue(T(type), text) == expected)
-          << "type " << T(type) << " text '" << word << "'";
+      TCIMValue expected(TCIMType(type), again, fContainer);
+      EXPECT_TRUE(parser.ParseValue(TCIMType(type), text) == expected)
+          << "type " << TCIMType(type) << " text '" << word << "'";
     }
   }
 }
 
 // The TYPE attribute reads type names in any case; anything else is a type mismatch.
 TEST_F(CIMXMLParserTest, TypeAttributeReadsNamesInAnyCase) {
-  typedef TCIMValue::TCIMType T;
+  typedef TCIMValue::TCIMType TCIMType;
   const struct {
     char const* text;
-    T::ECIMType type;  // kNull: refused
-  } rows[] = {{"boolean", T::kBoolean}, {"uint8", T::kUint8},     {"SINT8", T::kSint8},
-              {"Uint16", T::kUint16},   {"sInt16", T::kSint16},   {"uint32", T::kUint32},
-              {"SINT32", T::kSint32},   {"uint64", T::kUint64},   {"Sint64", T::kSint64},
-              {"real32", T::kReal32},   {"REAL64", T::kReal64},   {"String", T::kString},
-              {"DateTime", T::kDateTime}, {"char", T::kNull},     {"reference", T::kNull},
-              {"", T::kNull},           {"string ", T::kNull},    {"uint128", T::kNull},
-              {"strin", T::kNull},      {"datetimes", T::kNull},  {"uint8\xC9", T::kNull}};
+    TCIMType::ECIMType type;  // kNull: refused
+  } rows[] = {{"boolean", TCIMType::kBoolean}, {"uint8", TCIMType::kUint8},     {"SINT8", TCIMType::kSint8},
+              {"Uint16", TCIMType::kUint16},   {"sInt16", TCIMType::kSint16},   {"uint32", TCIMType::kUint32},
+              {"SINT32", TCIMType::kSint32},   {"uint64", TCIMType::kUint64},   {"Sint64", TCIMType::kSint64},
+              {"real32", TCIMType::kReal32},   {"REAL64", TCIMType::kReal64},   {"String", TCIMType::kString},
+              {"DateTime", TCIMType::kDateTime}, {"char", TCIMType::kNull},     {"reference", TCIMType::kNull},
+              {"", TCIMType::kNull},           {"string ", TCIMType::kNull},    {"uint128", TCIMType::kNull},
+              {"strin", TCIMType::kNull},      {"datetimes", TCIMType::kNull},  {"uint8\xC9", TCIMType::kNull}};
   for (auto const& row : rows) {
     TCIMXMLParser::TAttributeMap attributes{{"type", row.text}};
-    T type(T::kArray);
-    if (row.type == T::kNull) {
+    TCIMType type(TCIMType::kArray);
+    if (row.type == TCIMType::kNull) {
       EXPECT_ZEL_THROW(TCIMXMLParser::HandleCIMType(attributes.begin(), type),
                        zelStatusTypeMismatch);
       continue;
     }
     EXPECT_TRUE(TCIMXMLParser::HandleCIMType(attributes.begin(), type)) << row.text;
-    EXPECT_EQ(T::ECIMType(type), row.type) << row.text;
+    EXPECT_EQ(TCIMType::ECIMType(type), row.type) << row.text;
   }
 }
 

@@ -20,7 +20,7 @@ protected:
   TCIMClass* IdClass(const std::string& name, TCIMClass* superclass = nullptr) {
     TCIMClass* cls = fContainer.AllocateClass(name, superclass);
     if (!superclass)
-      Property(*cls, "Id", TCIMValue(T::kString, 0), /*key=*/true);
+      Property(*cls, "Id", TCIMValue(TCIMType::kString, 0), /*key=*/true);
     return cls;
   }
 
@@ -70,17 +70,17 @@ TEST_F(CIMXMLWriterTest, ValuesOfEveryTypeKeepTheirTextNullsAndArrays) {
       {"R64", TCIMValue(1.0 / 3)},
       {"When", TCIMValue(TCIMDateTime(std::string("20031107153000.000000-300")))},
       {"Text", TCIMValue("a\r\nb\tc\x01 h\xc3\xa9")},
-      {"Levels", TCIMValue(T::kUint16, 4,
+      {"Levels", TCIMValue(TCIMType::kUint16, 4,
                            {TCIMValue(static_cast<unsigned short>(10)),
                             TCIMValue(static_cast<unsigned short>(20))})},
-      {"Empty", TCIMValue(T::kString, 0, {})},
+      {"Empty", TCIMValue(TCIMType::kString, 0, {})},
   };
   for (const auto& sample : kSamples) {
     TCIMValue null = sample.fValue;
     null.SetNullValue(sample.fValue.GetType(), sample.fValue.GetMaxArraySize());
     Property(*cls, sample.fName, null);
   }
-  Property(*cls, "Unset", TCIMValue(T::kSint32, 0));
+  Property(*cls, "Unset", TCIMValue(TCIMType::kSint32, 0));
   Property(*cls, "Default", TCIMValue(7u));
   cls->AddToContainer();
   TCIMInstance* instance = NewInstance("ZT_Sample", "one");
