@@ -21,10 +21,10 @@ static std::string_view const kTypeNames[16] = {
     "uint64", "sint64",  "real32", "real64", "char",   "string", "datetime", "reference"};
 
 // The names a type can be built from, in the order they are tried.
-static const TCIMType::ECIMType kNamedTypes[] = {TCIMType::kUint8,  TCIMType::kSint8,  TCIMType::kUint16,  TCIMType::kSint16,
-                                          TCIMType::kUint32, TCIMType::kSint32, TCIMType::kUint64,  TCIMType::kSint64,
-                                          TCIMType::kReal32, TCIMType::kReal64, TCIMType::kString,  TCIMType::kBoolean,
-                                          TCIMType::kDateTime};
+static const TCIMType::ECIMType kNamedTypes[] = {
+    TCIMType::kUint8,  TCIMType::kSint8,   TCIMType::kUint16,  TCIMType::kSint16, TCIMType::kUint32,
+    TCIMType::kSint32, TCIMType::kUint64,  TCIMType::kSint64,  TCIMType::kReal32, TCIMType::kReal64,
+    TCIMType::kString, TCIMType::kBoolean, TCIMType::kDateTime};
 
 // What stream extraction reads as a number of that type; uint8 and sint8 are read wide, then
 // truncated to 8 bits.
@@ -307,7 +307,9 @@ TCIMValueImpl& TCIMValue::Body(TCIMType::ECIMType type) const {
   return *fBody;
 }
 
-TCIMValue::operator std::string() const { return static_cast<std::string>(Body(TCIMType::kString)); }
+TCIMValue::operator std::string() const {
+  return static_cast<std::string>(Body(TCIMType::kString));
+}
 
 TCIMValue::operator TCIMDateTime() const {
   return static_cast<TCIMDateTime>(Body(TCIMType::kDateTime));

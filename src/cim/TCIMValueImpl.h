@@ -149,7 +149,8 @@ public:
     return fValue == BodyOf<TCIMHeldValueImpl>(other).fValue;
   }
   bool operator<(TCIMValue const& other) const override {
-    return fValue < BodyOf<TCIMHeldValueImpl>(other).fValue;  // strings: unsigned bytes, then length
+    // Strings: unsigned bytes, then length.
+    return fValue < BodyOf<TCIMHeldValueImpl>(other).fValue;
   }
 
 private:

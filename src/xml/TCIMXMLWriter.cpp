@@ -181,7 +181,8 @@ static void AppendQualifiers(std::string& out, const std::vector<TCIMQualifier*>
     TCIMValue value = (*q)->GetValue();
     out += "<QUALIFIER";
     AppendAttribute(out, "NAME", (*q)->GetName());
-    AppendAttribute(out, "TYPE", TCIMType(ElementType((*q)->GetDeclaration().GetValue())).ToString());
+    AppendAttribute(out, "TYPE",
+                    TCIMType(ElementType((*q)->GetDeclaration().GetValue())).ToString());
     AppendFlavor(out, (*q)->GetFlavor());
     out += ">";
     AppendAnyValue(out, value);

@@ -13,7 +13,8 @@ TCIMValue NullOf(unsigned int type) {
 }
 
 TCIMValue StringArray(TList texts) {
-  return TCIMValue(TCIMType(TCIMType::kString), 0, std::vector<TCIMValue>(texts.begin(), texts.end()));
+  return TCIMValue(TCIMType(TCIMType::kString), 0,
+                   std::vector<TCIMValue>(texts.begin(), texts.end()));
 }
 
 const TCIMValue kHex((unsigned char)16);
@@ -34,9 +35,14 @@ protected:
   DisplayTest() : fClass(*fContainer.AllocateClass("ZEL_Disk", 0)) {
     fContainer.AddClass(fClass);
     std::pair<const char*, unsigned int> decls[] = {
-        {"NULLDISPLAY", TCIMType::kString}, {"UNITS", TCIMType::kString}, {"DISPLAYFIXEDUNITS", TCIMType::kString},
-        {"BASE", TCIMType::kUint8}, {"DISPLAYCPUTIME", TCIMType::kBoolean}, {"ABBREVIATEUNITS", TCIMType::kBoolean},
-        {"ValueMap", TCIMType::kString | TCIMType::kArray}, {"Values", TCIMType::kString | TCIMType::kArray}};
+        {"NULLDISPLAY", TCIMType::kString},
+        {"UNITS", TCIMType::kString},
+        {"DISPLAYFIXEDUNITS", TCIMType::kString},
+        {"BASE", TCIMType::kUint8},
+        {"DISPLAYCPUTIME", TCIMType::kBoolean},
+        {"ABBREVIATEUNITS", TCIMType::kBoolean},
+        {"ValueMap", TCIMType::kString | TCIMType::kArray},
+        {"Values", TCIMType::kString | TCIMType::kArray}};
     for (const auto& decl : decls)
       Declare(fContainer, decl.first, NullOf(decl.second), 0);
   }
@@ -176,12 +182,14 @@ TEST_F(DisplayTest, ValueMapFaultyMapsAreLoggedAndIgnored) {
 TEST_F(DisplayTest, ArraysAndPreviousValuesFollowTheSameRules) {
   TQualifiers mapped = {{"ValueMap", StringArray({"1", "3..5"})},
                         {"Values", StringArray({"One", "Three to five"})}, {"BASE", kHex}};
-  TCIMValue codes(TCIMType(TCIMType::kUint16), 0, {(unsigned short)1, (unsigned short)4, (unsigned short)31});
+  TCIMValue codes(TCIMType(TCIMType::kUint16), 0,
+                  {(unsigned short)1, (unsigned short)4, (unsigned short)31});
   TCIMProperty property(Declaration(codes, mapped), codes);
   EXPECT_EQ((TNames{"One", "Three to five", "1F"}), property.ToStringVector());
   EXPECT_EQ("{ 1, 4, 1F }", property.ToString()); // The whole array in one text is not mapped.
   EXPECT_EQ((TNames{"1", "4", "1F"}), property.GetBody()->ToStringVectorWithBase());
-  property.SetPrevValue(TCIMValue(TCIMType(TCIMType::kUint16), 0, {(unsigned short)1, (unsigned short)3}));
+  property.SetPrevValue(
+      TCIMValue(TCIMType(TCIMType::kUint16), 0, {(unsigned short)1, (unsigned short)3}));
   EXPECT_EQ((TNames{"One", "Three to five"}), property.PrevToStringVector());
   EXPECT_EQ((TNames{"1", "3"}), property.GetBody()->PrevToStringVectorWithBase());
 

@@ -39,7 +39,8 @@ TEST_F(PropertyTest, TypesMustMatchExactly) {
   TCIMProperty count(*fCount, TCIMValue(9u));
   EXPECT_ZEL_THROW(count.SetValue(TCIMValue((unsigned short)9)), zelStatusTypeMismatch);
   EXPECT_LOGGED("ZEL_Core: [Error] SetValue: decl is type uint32 but value is type uint16");
-  EXPECT_ZEL_THROW(count.SetValue(TCIMValue(TCIMType::kString, 0)), zelStatusTypeMismatch); // NULL too.
+  EXPECT_ZEL_THROW(count.SetValue(TCIMValue(TCIMType::kString, 0)),
+                   zelStatusTypeMismatch);  // NULL too.
   EXPECT_ZEL_THROW(count.SetPrevValue(TCIMValue("9")), zelStatusTypeMismatch);
   EXPECT_LOGGED("ZEL_Core: [Error] SetPrevValue: decl is type uint32 but value is type string");
   EXPECT_FALSE(count.IsPrevValueDifferent()); // Both left as they were.

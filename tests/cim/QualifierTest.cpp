@@ -12,26 +12,31 @@ TEST_F(QualifierTest, DeclarationFlavorsTypeAndUncheckedScope) {
   EXPECT_TRUE(empty.GetName().empty() && empty.GetScope() == 0 && empty.GetFlavor() == 0);
   EXPECT_NO_THROW(empty.Validate());
 
-  TCIMQualifierDecl units(fContainer, "Units", TCIMValue(TCIMType::kString, 3), D::eProperty,
-                          Flavors(D::eTranslatable));
+  TCIMQualifierDecl units(fContainer, "Units", TCIMValue(TCIMType::kString, 3),
+                          TCIMQualifierDecl::eProperty, Flavors(TCIMQualifierDecl::eTranslatable));
   EXPECT_EQ(TCIMType::kString | TCIMType::kArray, units.GetType());
-  units.SetFlavor(Flavors(D::eOverridable | D::eToSubclass));
-  EXPECT_EQ(D::eOverridable | D::eToSubclass | D::eTranslatable, units.GetFlavor());
-  units.UnsetFlavor(Flavors(D::eTranslatable | D::eOverridable));
-  EXPECT_EQ(D::eToSubclass, units.GetFlavor());
+  units.SetFlavor(Flavors(TCIMQualifierDecl::eOverridable | TCIMQualifierDecl::eToSubclass));
+  EXPECT_EQ(TCIMQualifierDecl::eOverridable | TCIMQualifierDecl::eToSubclass |
+                TCIMQualifierDecl::eTranslatable,
+            units.GetFlavor());
+  units.UnsetFlavor(Flavors(TCIMQualifierDecl::eTranslatable | TCIMQualifierDecl::eOverridable));
+  EXPECT_EQ(TCIMQualifierDecl::eToSubclass, units.GetFlavor());
   units.SetValue(TCIMValue("Bytes"));
   EXPECT_EQ(TCIMType::kString, units.GetType());
 
   // The scope is never checked: a class qualifier may qualify a property.
-  ASSERT_EQ(D::eClass, Declare(fContainer, "ClassOnly", TCIMValue(true), 0).GetScope());
+  ASSERT_EQ(TCIMQualifierDecl::eClass,
+            Declare(fContainer, "ClassOnly", TCIMValue(true), 0).GetScope());
   TCIMClass cls(fContainer, "Zel_Holder", 0);
   EXPECT_NO_THROW(Qualify(Property(cls, "Name", TCIMValue("")), fContainer, "ClassOnly", true));
 }
 
 TEST_F(QualifierTest, DeclarationsCompareByNormalisedNameOnly) {
-  TCIMQualifierDecl key(fContainer, "Key", TCIMValue(true), D::eProperty, Flavors(0));
-  TCIMQualifierDecl upper(fContainer, "KEY", TCIMValue(7), D::eClass, Flavors(2));
-  TCIMQualifierDecl abstract(fContainer, "ABSTRACT", TCIMValue(), D::eClass, Flavors(0));
+  TCIMQualifierDecl key(fContainer, "Key", TCIMValue(true), TCIMQualifierDecl::eProperty,
+                        Flavors(0));
+  TCIMQualifierDecl upper(fContainer, "KEY", TCIMValue(7), TCIMQualifierDecl::eClass, Flavors(2));
+  TCIMQualifierDecl abstract(fContainer, "ABSTRACT", TCIMValue(), TCIMQualifierDecl::eClass,
+                             Flavors(0));
   EXPECT_TRUE(key == upper);
   EXPECT_FALSE(key < upper || upper < key);
   EXPECT_TRUE(abstract < key);
@@ -44,10 +49,12 @@ TEST_F(QualifierTest, DeclarationsCompareByNormalisedNameOnly) {
 TEST_F(QualifierTest, QualifierTakesFlavorsAndCopiesDeeply) {
   TCIMQualifierDecl& description = *fContainer.GetQualifierDecl("Description");
   TCIMQualifier inherited(description, TCIMValue("text"));
-  EXPECT_EQ(D::eOverridable | D::eToSubclass, inherited.GetFlavor());
+  EXPECT_EQ(TCIMQualifierDecl::eOverridable | TCIMQualifierDecl::eToSubclass,
+            inherited.GetFlavor());
 
-  TCIMQualifier own(description, TCIMValue((unsigned char)5), Flavors(D::eTranslatable));
-  EXPECT_EQ(D::eTranslatable, own.GetFlavor());
+  TCIMQualifier own(description, TCIMValue((unsigned char)5),
+                    Flavors(TCIMQualifierDecl::eTranslatable));
+  EXPECT_EQ(TCIMQualifierDecl::eTranslatable, own.GetFlavor());
   EXPECT_EQ(TCIMType::kUint8, own.GetType()); // Its own value's type, unchecked against the string.
 
   inherited.SetPropagated(true);
@@ -65,10 +72,10 @@ TEST_F(QualifierTest, EveryChangeClearsThePropagatedMark) {
   q.SetValue(TCIMValue(true)); // Even a change that changes nothing.
   EXPECT_FALSE(q.GetPropagated());
   q.SetPropagated(true);
-  q.SetFlavor(Flavors(D::eToSubclass));
+  q.SetFlavor(Flavors(TCIMQualifierDecl::eToSubclass));
   EXPECT_FALSE(q.GetPropagated());
   q.SetPropagated(true);
-  q.UnsetFlavor(Flavors(D::eTranslatable));
+  q.UnsetFlavor(Flavors(TCIMQualifierDecl::eTranslatable));
   EXPECT_FALSE(q.GetPropagated());
 }
 
@@ -85,14 +92,16 @@ TEST_F(QualifierTest, ClassesAndPropertyDeclarationsApplyTheOverrideRule) {
     EXPECT_NO_THROW(holder->AddQualifier(same)); // Accepted without change; still ours.
     TCIMQualifier other(key, TCIMValue(false));
     EXPECT_ZEL_THROW(holder->AddQualifier(other), zelStatusNotOverridable);
-    TCIMQualifier extraFlavor(key, TCIMValue(true), Flavors(D::eToSubclass | D::eTranslatable));
+    TCIMQualifier extraFlavor(
+        key, TCIMValue(true),
+        Flavors(TCIMQualifierDecl::eToSubclass | TCIMQualifierDecl::eTranslatable));
     EXPECT_ZEL_THROW(holder->AddQualifier(extraFlavor), zelStatusNotOverridable);
     EXPECT_EQ(first, &holder->GetQualifier("key")); // The very object, not a copy.
 
     holder->AddQualifier(*new TCIMQualifier(description, TCIMValue("a")));
     TCIMQualifier* locked = new TCIMQualifier(description, TCIMValue("b"), Flavors(0));
     holder->AddQualifier(*locked); // Replaces the overridable one.
-    TCIMQualifier late(description, TCIMValue("c"), Flavors(D::eOverridable));
+    TCIMQualifier late(description, TCIMValue("c"), Flavors(TCIMQualifierDecl::eOverridable));
     EXPECT_ZEL_THROW(holder->AddQualifier(late), zelStatusNotOverridable);
     EXPECT_EQ((std::vector<TCIMQualifier*>{locked, first}), holder->EnumerateQualifiers());
 

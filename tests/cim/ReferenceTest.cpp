@@ -153,9 +153,10 @@ TEST_F(ReferenceTest, CFunctionsBuildReferencesWithKeysOfEveryType) {
   TCIMClass& wide = *fContainer.AllocateClass("Zel_Wide", 0);
   Qualify(wide, fContainer, "ASSOCIATION", TCIMValue(true));
   std::pair<const char*, TCIMType::ECIMType> keys[] = {
-      {"B", TCIMType::kBoolean},  {"U8", TCIMType::kUint8},   {"S8", TCIMType::kSint8},   {"S32", TCIMType::kSint32},
-      {"U64", TCIMType::kUint64}, {"S64", TCIMType::kSint64}, {"Str", TCIMType::kString}, {"Stamp", TCIMType::kDateTime},
-      {"U16", TCIMType::kUint16}, {"S16", TCIMType::kSint16}, {"U32", TCIMType::kUint32}};
+      {"B", TCIMType::kBoolean},  {"U8", TCIMType::kUint8},       {"S8", TCIMType::kSint8},
+      {"S32", TCIMType::kSint32}, {"U64", TCIMType::kUint64},     {"S64", TCIMType::kSint64},
+      {"Str", TCIMType::kString}, {"Stamp", TCIMType::kDateTime}, {"U16", TCIMType::kUint16},
+      {"S16", TCIMType::kSint16}, {"U32", TCIMType::kUint32}};
   for (const auto& key : keys)
     Property(wide, key.first, TCIMValue(key.second, 0), true);
   Property(wide, "Link", Pointing(*fFoo), true);

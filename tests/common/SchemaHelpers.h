@@ -14,15 +14,17 @@
 #include <vector>
 
 typedef TCIMValue::TCIMType TCIMType;
-typedef TCIMQualifierDecl D;
+
 typedef std::vector<std::string> TNames;
 
-inline D::EFlavor Flavors(unsigned int bits) { return static_cast<D::EFlavor>(bits); }
+inline TCIMQualifierDecl::EFlavor Flavors(unsigned int bits) {
+  return static_cast<TCIMQualifierDecl::EFlavor>(bits);
+}
 
 inline TCIMQualifierDecl& Declare(TContainer& container, const std::string& name,
                                   const TCIMValue& value, unsigned int flavor) {
   TCIMQualifierDecl* decl =
-      container.AllocateQualifierDecl(name, value, D::eClass, Flavors(flavor));
+      container.AllocateQualifierDecl(name, value, TCIMQualifierDecl::eClass, Flavors(flavor));
   decl->AddToContainer();
   return *decl;
 }
@@ -30,11 +32,12 @@ inline TCIMQualifierDecl& Declare(TContainer& container, const std::string& name
 /// KEY and ASSOCIATION are inherited, ABSTRACT is not, OVERRIDE marks a redeclaration;
 /// Description is overridable and inherited.
 inline void DeclareStandardQualifiers(TContainer& container) {
-  Declare(container, "KEY", TCIMValue(false), D::eToSubclass);
-  Declare(container, "ASSOCIATION", TCIMValue(false), D::eToSubclass);
+  Declare(container, "KEY", TCIMValue(false), TCIMQualifierDecl::eToSubclass);
+  Declare(container, "ASSOCIATION", TCIMValue(false), TCIMQualifierDecl::eToSubclass);
   Declare(container, "ABSTRACT", TCIMValue(false), 0);
   Declare(container, "OVERRIDE", TCIMValue(""), 0);
-  Declare(container, "Description", TCIMValue(""), D::eOverridable | D::eToSubclass);
+  Declare(container, "Description", TCIMValue(""),
+          TCIMQualifierDecl::eOverridable | TCIMQualifierDecl::eToSubclass);
 }
 
 /// Attaches a new qualifier with the declaration's flavors; the holder owns it.

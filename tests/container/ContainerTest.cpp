@@ -31,8 +31,8 @@ TEST_F(ContainerTest, NormalizeNameLowersAndValidatesTheRootHasTheEmptyName) {
 TEST_F(ContainerTest, NamesAreKeyedNormalisedAndDuplicatesLoggedAtDebug) {
   EXPECT_TRUE(fContainer.EnumerateQualifiers().empty());
   Declare(fContainer, "Key", TCIMValue(false), 0);
-  TCIMQualifierDecl* again =
-      fContainer.AllocateQualifierDecl("KEY", TCIMValue(true), D::eProperty, Flavors(0));
+  TCIMQualifierDecl* again = fContainer.AllocateQualifierDecl(
+      "KEY", TCIMValue(true), TCIMQualifierDecl::eProperty, Flavors(0));
   EXPECT_ZEL_THROW(again->AddToContainer(), zelStatusAlreadyExists);
   EXPECT_TRUE(LoggedLines().empty()); // The duplicate is told only at debug.
   TRootObject::GetCoreLogger()->SetLogThreshold(zelLogDebug);

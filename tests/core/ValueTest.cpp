@@ -199,7 +199,8 @@ TEST_F(ValueTest, NumbersAndBooleansReadExactlyAsStreamExtractionReadsThem) {
 
 TEST_F(ValueTest, EqualityAndOrderGoByNullThenTypeThenBody) {
   ScopedTimeZone zone("UTC0");
-  TCIMValue toOne(TCIMType::kReference, 0), toOther(TCIMType::kReference, 0), toOneAgain(TCIMType::kReference, 0);
+  TCIMValue toOne(TCIMType::kReference, 0), toOther(TCIMType::kReference, 0),
+      toOneAgain(TCIMType::kReference, 0);
   toOne.SetReferencedClass(fOne);
   toOneAgain.SetReferencedClass(fOne);
   toOther.SetReferencedClass(fTwo);
@@ -212,9 +213,12 @@ TEST_F(ValueTest, EqualityAndOrderGoByNullThenTypeThenBody) {
     int less; // -1: the pair cannot be ordered.
   };
   Row const rows[] = {
-      {"NULLs of one type", TCIMValue(TCIMType::kUint8, 0), TCIMValue(TCIMType::kUint8, 0), true, 0},
-      {"NULLs of two types", TCIMValue(TCIMType::kUint8, 0), TCIMValue(TCIMType::kUint16, 0), false, 0},
-      {"NULL arrays of two bounds", TCIMValue(TCIMType::kUint8, 4), TCIMValue(TCIMType::kUint8, 5), false, 0},
+      {"NULLs of one type", TCIMValue(TCIMType::kUint8, 0), TCIMValue(TCIMType::kUint8, 0), true,
+       0},
+      {"NULLs of two types", TCIMValue(TCIMType::kUint8, 0), TCIMValue(TCIMType::kUint16, 0), false,
+       0},
+      {"NULL arrays of two bounds", TCIMValue(TCIMType::kUint8, 4), TCIMValue(TCIMType::kUint8, 5),
+       false, 0},
       {"NULL references to one class", toOne, toOneAgain, true, 0},
       {"NULL references to two classes", toOne, toOther, false, 0},
       {"NULL before a value", TCIMValue(TCIMType::kUint8, 0), U8(0), false, 1},
@@ -233,8 +237,8 @@ TEST_F(ValueTest, EqualityAndOrderGoByNullThenTypeThenBody) {
       {"embedded NUL", withNul, TCIMValue("a"), false, 0},
       {"timestamps as instants", TCIMValue(TCIMDateTime("20031107153000.000000+000")),
        TCIMValue(TCIMDateTime("20031107163000.000000+060")), true, 0},
-      {"arrays whatever their bounds", pair, TCIMValue(TCIMType::kSint16, 7, Elements({S16(1), S16(2)})),
-       true, -1},
+      {"arrays whatever their bounds", pair,
+       TCIMValue(TCIMType::kSint16, 7, Elements({S16(1), S16(2)})), true, -1},
       {"other elements", pair, TCIMValue(TCIMType::kSint16, 0, Elements({S16(1)})), false, -1},
   };
   for (Row const& row : rows) {

@@ -10,7 +10,9 @@ typedef std::vector<std::pair<std::string, TCIMValue> > TValues;
 
 class SchemaHelperTest : public ZelTest {
 protected:
-  SchemaHelperTest() { Declare(fContainer, "KEY", TCIMValue(false), D::eToSubclass); }
+ SchemaHelperTest() {
+   Declare(fContainer, "KEY", TCIMValue(false), TCIMQualifierDecl::eToSubclass);
+ }
 
   /// A class with properties of the values' names and types, the first one its key.
   TCIMClass* AddClass(std::string const& name, TValues const& values,
@@ -134,9 +136,9 @@ TEST_F(SchemaHelperTest, ProductNameAndSerialMustBeStrings) {
   struct {
     TCIMValue productName, serialNumber;
     char const *productLine, *serialLine;
-  } const rows[] = {{nullText, TCIMValue(1234567u), "ProductName is NULL",
-                     "SerialNumber wasn't a string"},
-                    {TCIMValue(1u), nullText, "ProductName wasn't a string", "SerialNumber is NULL"}};
+  } const rows[] = {
+      {nullText, TCIMValue(1234567u), "ProductName is NULL", "SerialNumber wasn't a string"},
+      {TCIMValue(1u), nullText, "ProductName wasn't a string", "SerialNumber is NULL"}};
   std::vector<std::string> expected;
   for (auto const& row : rows) {
     TCIMInstance* system = AddComputerSystem(row.productName, row.serialNumber);

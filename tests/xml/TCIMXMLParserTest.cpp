@@ -24,14 +24,15 @@ TEST_F(CIMXMLParserTest, QualifierDeclarationsKeepTypeDefaultScopeAndFlavor) {
   // Read a second time: declarations, repeated ones too, collect no class and change nothing.
   EXPECT_TRUE(ParseInto(fContainer, DataText("qualifier-declarations.xml")).empty());
   // MaxLen: PROPERTY="false" still scopes to properties; the repeated declaration was ignored.
-  EXPECT_EQ(Describe(fContainer), "decl ABSTRACT 1:false scope 3 flavor 0 max 0\n"
-                                  "decl ASSOCIATION 1:false scope 2 flavor 2 max 0\n"
-                                  "decl Colors 29:{ red, green, blue } scope 1 flavor 0 array max 3\n"
-                                  "decl Description NULL(13) scope 5 flavor 7 max 0\n"
-                                  "decl KEY 1:false scope 12 flavor 2 max 0\n"
-                                  "decl MaxLen 6:256 scope 4 flavor 3 max 0\n"
-                                  "decl OVERRIDE NULL(13) scope 12 flavor 0 max 0\n"
-                                  "decl ValueMap NULL(29) scope 4 flavor 3 array max 0\n");
+  EXPECT_EQ(Describe(fContainer),
+            "decl ABSTRACT 1:false scope 3 flavor 0 max 0\n"
+            "decl ASSOCIATION 1:false scope 2 flavor 2 max 0\n"
+            "decl Colors 29:{ red, green, blue } scope 1 flavor 0 array max 3\n"
+            "decl Description NULL(13) scope 5 flavor 7 max 0\n"
+            "decl KEY 1:false scope 12 flavor 2 max 0\n"
+            "decl MaxLen 6:256 scope 4 flavor 3 max 0\n"
+            "decl OVERRIDE NULL(13) scope 12 flavor 0 max 0\n"
+            "decl ValueMap NULL(29) scope 4 flavor 3 array max 0\n");
 }
 
 TEST_F(CIMXMLParserTest, ClassHierarchyInheritsAndOverrides) {
@@ -203,9 +204,11 @@ static std::string DiskInstance(std::string const& properties, std::string const
 // date-time is defaulted with a line.
 TEST_F(CIMXMLParserTest, UX402ModeValueTextAndBadDateTimes) {
   ParseInto(fContainer, DataText("instances-properties.xml"));
-  ParseInto(fContainer, DiskInstance("<PROPERTY NAME=\"Removable\" TYPE=\"string\"><VALUE>no</VALUE>"
-                                     "</PROPERTY><PROPERTY NAME=\"Label\" TYPE=\"string\">"
-                                     "<VALUE>data</VALUE></PROPERTY>", "disk9"),
+  ParseInto(fContainer,
+            DiskInstance("<PROPERTY NAME=\"Removable\" TYPE=\"string\"><VALUE>no</VALUE>"
+                         "</PROPERTY><PROPERTY NAME=\"Label\" TYPE=\"string\">"
+                         "<VALUE>data</VALUE></PROPERTY>",
+                         "disk9"),
             /*ux402=*/true);
   std::string key = "ZT_Disk.DeviceID=\"disk9\"";
   EXPECT_TRUE(static_cast<bool>(Value("ZT_Disk", key, "Removable")));  // the class default
@@ -300,9 +303,10 @@ TEST_F(CIMXMLParserTest, ParseValueReadsLikeTheValueTextConstructor) {
   char const* texts[] = {" \t\n42", "42abc", "12.5", "-1", "", "x", "256", "-129", "65536",
                          "4294967296", "-2147483649", "18446744073709551615",
                          "-9223372036854775808", "TRUE", " true", "1e3", "0x10", "00042"};
-  for (TCIMType::ECIMType type : {TCIMType::kBoolean, TCIMType::kUint8, TCIMType::kSint8, TCIMType::kUint16, TCIMType::kSint16,
-                           TCIMType::kUint32, TCIMType::kSint32, TCIMType::kUint64, TCIMType::kSint64, TCIMType::kReal32,
-                           TCIMType::kReal64, TCIMType::kString}) {
+  for (TCIMType::ECIMType type :
+       {TCIMType::kBoolean, TCIMType::kUint8, TCIMType::kSint8, TCIMType::kUint16,
+        TCIMType::kSint16, TCIMType::kUint32, TCIMType::kSint32, TCIMType::kUint64,
+        TCIMType::kSint64, TCIMType::kReal32, TCIMType::kReal64, TCIMType::kString}) {
     for (char const* word : texts) {
       std::string text = word, again = word;
       TCIMValue expected(TCIMType(type), again, fContainer);
@@ -318,13 +322,17 @@ TEST_F(CIMXMLParserTest, TypeAttributeReadsNamesInAnyCase) {
   const struct {
     char const* text;
     TCIMType::ECIMType type;  // kNull: refused
-  } rows[] = {{"boolean", TCIMType::kBoolean}, {"uint8", TCIMType::kUint8},     {"SINT8", TCIMType::kSint8},
-              {"Uint16", TCIMType::kUint16},   {"sInt16", TCIMType::kSint16},   {"uint32", TCIMType::kUint32},
-              {"SINT32", TCIMType::kSint32},   {"uint64", TCIMType::kUint64},   {"Sint64", TCIMType::kSint64},
-              {"real32", TCIMType::kReal32},   {"REAL64", TCIMType::kReal64},   {"String", TCIMType::kString},
-              {"DateTime", TCIMType::kDateTime}, {"char", TCIMType::kNull},     {"reference", TCIMType::kNull},
-              {"", TCIMType::kNull},           {"string ", TCIMType::kNull},    {"uint128", TCIMType::kNull},
-              {"strin", TCIMType::kNull},      {"datetimes", TCIMType::kNull},  {"uint8\xC9", TCIMType::kNull}};
+  } rows[] = {{"boolean", TCIMType::kBoolean},   {"uint8", TCIMType::kUint8},
+              {"SINT8", TCIMType::kSint8},       {"Uint16", TCIMType::kUint16},
+              {"sInt16", TCIMType::kSint16},     {"uint32", TCIMType::kUint32},
+              {"SINT32", TCIMType::kSint32},     {"uint64", TCIMType::kUint64},
+              {"Sint64", TCIMType::kSint64},     {"real32", TCIMType::kReal32},
+              {"REAL64", TCIMType::kReal64},     {"String", TCIMType::kString},
+              {"DateTime", TCIMType::kDateTime}, {"char", TCIMType::kNull},
+              {"reference", TCIMType::kNull},    {"", TCIMType::kNull},
+              {"string ", TCIMType::kNull},      {"uint128", TCIMType::kNull},
+              {"strin", TCIMType::kNull},        {"datetimes", TCIMType::kNull},
+              {"uint8\xC9", TCIMType::kNull}};
   for (auto const& row : rows) {
     TCIMXMLParser::TAttributeMap attributes{{"type", row.text}};
     TCIMType type(TCIMType::kArray);

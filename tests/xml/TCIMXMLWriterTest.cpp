@@ -170,9 +170,10 @@ TEST_F(CIMXMLWriterTest, FilesArePlainOrGzipByNameValidAndReplaced) {
   // Replaced, not appended to.
   TContainer empty;
   TCIMXMLWriter::WriteFile(TempPath("result.xml"), empty);
-  EXPECT_EQ(ReadFile(TempPath("result.xml")),
-            "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">\n"
-            "<DECLARATION>\n<DECLGROUP>\n</DECLGROUP>\n</DECLARATION>\n</CIM>\n");
+  EXPECT_EQ(
+      ReadFile(TempPath("result.xml")),
+      "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">\n"
+      "<DECLARATION>\n<DECLGROUP>\n</DECLGROUP>\n</DECLARATION>\n</CIM>\n");
 
   if (std::system("command -v xmllint >/dev/null 2>&1") != 0)
     GTEST_SKIP() << "xmllint is not installed (package libxml2-utils)";
